@@ -1,6 +1,7 @@
 # What every target of the project has in common, and the helpers that declare layers and tests.
 
-function(vantrel_compile_options target)
+# Warnings are errors, and Qt's conveniences that hide a mistake are off.
+function(vantrel_strict_flags target)
     target_compile_options(${target} PRIVATE
         -Wall -Wextra -Wpedantic -Wshadow -Wnon-virtual-dtor -Woverloaded-virtual -Werror)
     target_compile_definitions(${target} PRIVATE
@@ -9,12 +10,27 @@ function(vantrel_compile_options target)
         QT_DISABLE_DEPRECATED_BEFORE=0x060400)
 endfunction()
 
+# For every target whose code is written by hand.
+function(vantrel_compile_options target)
+    vantrel_strict_flags(${target})
+    vantrel_use_pch(${target} code)
+endfunction()
+
+# For a target whose C++ is generated from QML.
+function(vantrel_generated_options target)
+    target_compile_options(${target} PRIVATE -w)
+    vantrel_use_pch(${target} generated)
+endfunction()
+
 # vantrel_layer(<name> SOURCES ... [DEPENDS <layer> ...] [LINK <target> ...])
 #
 # Declares src/<name> as the static library vantrel_<name>. A dependency on a layer that is not
 # declared yet is refused: layers are added in order, so an arrow can only point backwards.
 function(vantrel_layer name)
     cmake_parse_arguments(arg "" "" "SOURCES;DEPENDS;LINK" ${ARGN})
+    if(arg_UNPARSED_ARGUMENTS)
+        message(FATAL_ERROR "vantrel_layer(${name}): what is ${arg_UNPARSED_ARGUMENTS}?")
+    endif()
     qt_add_library(vantrel_${name} STATIC ${arg_SOURCES})
     set_target_properties(vantrel_${name} PROPERTIES AUTOMOC ON)
     target_include_directories(vantrel_${name} PUBLIC ${PROJECT_SOURCE_DIR}/src)
@@ -28,11 +44,15 @@ function(vantrel_layer name)
     vantrel_compile_options(vantrel_${name})
 endfunction()
 
-# vantrel_test(<name> SOURCES ... LINK ...)
+# vantrel_test(<name> SOURCES ... LINK ... [TIMEOUT <seconds>] [LABELS <label> ...])
 #
-# One QTest program, run offscreen by ctest with a time limit of its own.
+# One QTest program, run offscreen by ctest with a time limit of its own (120 seconds unless said).
+# The label "ui" marks tests that open a window: the sanitizer runs leave them out.
 function(vantrel_test name)
-    cmake_parse_arguments(arg "" "TIMEOUT" "SOURCES;LINK" ${ARGN})
+    cmake_parse_arguments(arg "" "TIMEOUT" "SOURCES;LINK;LABELS" ${ARGN})
+    if(arg_UNPARSED_ARGUMENTS)
+        message(FATAL_ERROR "vantrel_test(${name}): what is ${arg_UNPARSED_ARGUMENTS}?")
+    endif()
     qt_add_executable(${name} ${arg_SOURCES})
     set_target_properties(${name} PROPERTIES AUTOMOC ON)
     target_include_directories(${name} PRIVATE ${PROJECT_SOURCE_DIR}/tests)
@@ -44,5 +64,20 @@ function(vantrel_test name)
     endif()
     set_tests_properties(${name} PROPERTIES
         TIMEOUT ${arg_TIMEOUT}
-        ENVIRONMENT "QT_QPA_PLATFORM=offscreen;QT_QUICK_BACKEND=software;TZ=Europe/Berlin;LC_ALL=C.UTF-8")
+        LABELS "${arg_LABELS}"
+        ENVIRONMENT "${VANTREL_TEST_ENVIRONMENT}")
 endfunction()
+
+# No test meets the real desktop, home, time zone or language.
+set(VANTREL_TEST_ENVIRONMENT
+    QT_QPA_PLATFORM=offscreen
+    QT_QUICK_BACKEND=software
+    TZ=Europe/Berlin
+    LC_ALL=C.UTF-8
+    HOME=${PROJECT_BINARY_DIR}/test-home
+    XDG_CONFIG_HOME=${PROJECT_BINARY_DIR}/test-home/.config
+    XDG_DATA_HOME=${PROJECT_BINARY_DIR}/test-home/.local/share
+    LSAN_OPTIONS=suppressions=${PROJECT_SOURCE_DIR}/cmake/lsan.supp:print_suppressions=0
+    TSAN_OPTIONS=suppressions=${PROJECT_SOURCE_DIR}/cmake/tsan.supp
+    UBSAN_OPTIONS=print_stacktrace=1)
+file(MAKE_DIRECTORY ${PROJECT_BINARY_DIR}/test-home)
