@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QFlags>
 #include <QMetaType>
 #include <QString>
 #include <QUuid>
@@ -58,8 +59,13 @@ inline constexpr QStringView PlainTextIdPrefix = u"plaintext-";
 inline constexpr QStringView ReminderIdPrefix = u"reminder_";
 inline constexpr QStringView MockIdPrefix = u"task-";
 
-/** Where a task comes from. */
-enum class TaskSource { PlainText, Reminders, Mock, OmniFocus };
+/** Where a task comes from; the values combine to sets. */
+enum class TaskSource { PlainText = 1, Reminders = 2, Mock = 4, OmniFocus = 8 };
+Q_DECLARE_FLAGS(TaskSources, TaskSource)
+Q_DECLARE_OPERATORS_FOR_FLAGS(TaskSources)
+
+inline constexpr TaskSources AllTaskSources{TaskSource::PlainText, TaskSource::Reminders, TaskSource::Mock,
+                                            TaskSource::OmniFocus};
 
 /** The one resolver from a task id to its source; OmniFocus ids have no prefix of their own. */
 TaskSource sourceOf(QStringView taskId);
