@@ -27,6 +27,7 @@
 namespace vantrel {
 
 class Announcer;
+class BackgroundSaveIndicator;
 class Screen;
 class SoundManager;
 class TaskManagerFactory;
@@ -43,6 +44,7 @@ struct BoardServices
     NotificationCenter &notifications;
     UserDefaults &defaults;
     PersistenceManager &persistence;
+    BackgroundSaveIndicator &saveIndicator;
     TaskManagerFactory &managers;
     TaskRepository &repository;
     SoundManager &sounds;
@@ -278,6 +280,19 @@ private:
     void handleToggleTaskFocusModeNotification(const Notification &notification);
     void handleTaskAddedToBoardStateNotification(const Notification &notification);
     void post(NotificationName name, const QVariant &object = {}, const QVariantMap &userInfo = {});
+
+    // Every change of the facts (BoardState_Collections.cpp)
+
+    /**
+     * To be called for each task whose fields, place or quadrant are changed by an operation: its cell shows
+     * anew, and an organisation under way does not undo the change.
+     */
+    void touch(const QString &taskId);
+    /** Places a task, touching it. */
+    void setPlacement(const TaskPosition &position, Tie tie = Tie::AsArrived);
+    /** Takes a task from its place, touching it. */
+    bool removePlacement(const QString &taskId);
+    void setTaskOperationStatus(const QString &taskId, const TaskMoveStatus &status);
     void postSwimLaneWIPCountsChanged();
 
     BoardServices m_services;
@@ -298,6 +313,8 @@ private:
     PersistenceQueue m_persistenceQueue;
 
     Placements m_placements;
+    /** What was touched since the organisation under way began. */
+    QSet<QString> m_touchedTaskIds;
     bool m_isUpdating = false;
     bool m_didActOnLastDirectMove = false;
     bool m_isChangeScheduled = false;
