@@ -20,6 +20,13 @@ QDateTime Date::toDateTime() const
     return QDateTime::fromMSecsSinceEpoch(std::llround((m_seconds + ReferenceSecondsSince1970) * 1000.0));
 }
 
+qint64 wholeDays(double seconds)
+{
+    constexpr double limit = 1e15;
+    const double days = seconds / SecondsPerDay;
+    return std::abs(days) < limit ? static_cast<qint64>(days) : 0;
+}
+
 QString Date::description() const
 {
     return toDateTime().toUTC().toString(QStringLiteral("yyyy-MM-dd HH:mm:ss '+0000'"));

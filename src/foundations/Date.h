@@ -44,4 +44,7 @@ private:
 
 inline constexpr double SecondsPerDay = 86400.0;
 
+/** Whole days in `seconds`, cut toward zero; 0 for what is not a number of days at all. */
+qint64 wholeDays(double seconds);
+
 } // namespace vantrel

@@ -24,6 +24,9 @@ class UserDefaults : public QObject
 public:
     UserDefaults(FileSaver &saver, QString path, QObject *parent = nullptr);
 
+    /** True if `key` is set, to a value of whatever type. */
+    bool contains(QStringView key) const { return m_values.contains(key); }
+
     /** The value of `key` if it is of that type; nothing if it is unset or of another type. */
     std::optional<bool> boolean(QStringView key) const;
     /** A number without fraction. */

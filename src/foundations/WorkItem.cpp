@@ -215,7 +215,7 @@ bool WorkItem::isOverdue(Date now) const
 
 bool WorkItem::isAging(Date now, int warningDays) const
 {
-    return static_cast<qint64>(age(now) / SecondsPerDay) > warningDays;
+    return wholeDays(age(now)) > warningDays;
 }
 
 Status WorkItem::status(Date now) const
