@@ -37,4 +37,10 @@ QCoro::Task<> SystemClock::sleep(double seconds)
     co_await timer;
 }
 
+QCoro::Task<> SystemClock::yieldToEventLoop()
+{
+    // A timer, not a posted event: those are delivered until none is left, before any input.
+    return sleep(0.0);
+}
+
 } // namespace vantrel

@@ -34,6 +34,12 @@ public:
     /** Suspends the calling coroutine for `seconds`. */
     virtual QCoro::Task<> sleep(double seconds) = 0;
 
+    /**
+     * Suspends the calling coroutine until the event loop has handled what is waiting: for long work in
+     * pieces. No time passes by it; a test's clock goes on at once.
+     */
+    virtual QCoro::Task<> yieldToEventLoop() = 0;
+
 protected:
     Clock() = default;
     Q_DISABLE_COPY_MOVE(Clock)
@@ -48,6 +54,7 @@ public:
     Date now() const override;
     void after(double seconds, QObject *owner, std::function<void()> work) override;
     QCoro::Task<> sleep(double seconds) override;
+    QCoro::Task<> yieldToEventLoop() override;
 };
 
 } // namespace vantrel

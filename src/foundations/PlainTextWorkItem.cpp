@@ -19,7 +19,7 @@ void PlainTextWorkItem::update(const PlainTextRecord &record)
     if (m_hashtags != record.hashtags || m_originalText != record.originalText) {
         m_hashtags = record.hashtags;
         m_originalText = record.originalText;
-        Q_EMIT changed(Property::SourceDetail);
+        noteChange(Property::SourceDetail);
     }
 }
 

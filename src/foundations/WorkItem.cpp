@@ -81,8 +81,14 @@ void WorkItem::assign(T &field, const T &value, Property property)
 {
     if (field != value) {
         field = value;
-        Q_EMIT changed(property);
+        noteChange(property);
     }
+}
+
+void WorkItem::noteChange(Property property)
+{
+    ++m_changeCount;
+    Q_EMIT changed(property);
 }
 
 void WorkItem::setName(const QString &name)

@@ -126,6 +126,9 @@ public:
 
     const WorkItemFields &fields() const { return m_fields; }
 
+    /** Grows with every change: to tell whether the item is still what it was when one last looked. */
+    quint32 changeCount() const { return m_changeCount; }
+
     const QString &id() const { return m_fields.id; }
     const QString &name() const { return m_fields.name; }
     Date creationDate() const { return m_fields.creationDate; }
@@ -198,6 +201,8 @@ protected:
     explicit WorkItem(WorkItemFields fields);
 
     void setRecurrence(const Recurrence &recurrence);
+    /** Counts a change and tells of it. */
+    void noteChange(Property property);
     /** "id: ..., name: ..." up to the block reason, with `afterName` behind the name. */
     QString describedFields(const QString &afterName = {}) const;
 
@@ -207,6 +212,7 @@ private:
 
     WorkItemFields m_fields;
     Recurrence m_recurrence;
+    quint32 m_changeCount = 0;
 };
 
 using WorkItemPtr = std::shared_ptr<WorkItem>;

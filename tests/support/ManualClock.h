@@ -20,6 +20,7 @@ public:
     Date now() const override { return m_now; }
     void after(double seconds, QObject *owner, std::function<void()> work) override;
     QCoro::Task<> sleep(double seconds) override;
+    QCoro::Task<> yieldToEventLoop() override { co_return; }
 
     /** Moves the hands on, running what falls due on the way with now() at its time. */
     void advance(double seconds);
