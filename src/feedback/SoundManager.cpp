@@ -22,6 +22,13 @@ SoundManager::SoundManager(SoundPlayer &player, Announcer &announcer, UserDefaul
 {
 }
 
+void SoundManager::prepare()
+{
+    if (m_defaults.boolean(keys::SoundsEnabled).value_or(true)) {
+        m_player.prepare();
+    }
+}
+
 void SoundManager::playSound(Sound sound, const std::optional<QString> &announcement)
 {
     const Date now = m_clock.now();

@@ -21,6 +21,8 @@ public:
     virtual ~SoundPlayer() = default;
     Q_DISABLE_COPY_MOVE(SoundPlayer)
 
+    /** Gets ready, so that the first sound has no delay. */
+    virtual void prepare() {}
     virtual void play(Sound sound) = 0;
 };
 
@@ -30,6 +32,9 @@ class SoundManager
 public:
     SoundManager(SoundPlayer &player, Announcer &announcer, UserDefaults &defaults, Clock &clock);
     Q_DISABLE_COPY_MOVE(SoundManager)
+
+    /** Gets the player ready if the user wants sounds; for the quiet moment after the first frame. */
+    void prepare();
 
     /**
      * Plays `sound` if the user wants sounds, then announces the text, whether or not the sound played. A
