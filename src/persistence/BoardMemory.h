@@ -19,6 +19,8 @@ struct BoardMemory
     /** Only reasons that say something. */
     QHash<QString, QString> blockReasons;
     QHash<QString, EisenhowerPriority> priorities;
+    /** True if the store still holds back writes that failed: then the board knows better what it gave it. */
+    bool isBehind = false;
 };
 
 /** The stable ids of columns and swimlanes that have one. */

@@ -42,19 +42,22 @@ struct Candidate
 
 using Cell = std::vector<Candidate *>;
 
-/** Rows of the places that the board shows. */
-std::vector<Row> rowsOfBoard(const std::vector<TaskPosition> &current)
+/** The places that the board shows as rows, and the stored rows of all other tasks. */
+std::vector<Row> rowsWithBoard(const std::vector<Row> &stored, const std::vector<TaskPosition> &current)
 {
     std::vector<Row> rows;
     rows.reserve(current.size());
+    QSet<QString> shown;
     for (const TaskPosition &place : current) {
-        Row row;
+        Row &row = rows.emplace_back();
         row.id = place.taskId;
         row.columnId = place.columnId;
         row.swimLaneId = place.swimLaneId;
         row.position = place.position;
-        rows.push_back(row);
+        shown.insert(place.taskId);
     }
+    std::copy_if(stored.begin(), stored.end(), std::back_inserter(rows),
+                 [&shown](const Row &row) { return !shown.contains(row.id); });
     return rows;
 }
 
@@ -72,8 +75,9 @@ class Placing
 {
 public:
     explicit Placing(const PlacementQuestion &question)
-        : m_question(question), m_boardRows(question.memory ? std::vector<Row>() : rowsOfBoard(question.current)),
-          m_rows(question.memory ? question.memory->positions : m_boardRows)
+        : m_question(question),
+          m_rows(question.isMemoryUpToDate ? question.memory.positions
+                                           : rowsWithBoard(question.memory.positions, question.current))
     {
     }
     Q_DISABLE_COPY_MOVE(Placing)
@@ -102,8 +106,7 @@ private:
     Row rowFor(const Candidate &candidate, const Column &column, const SwimLane &swimLane) const;
 
     const PlacementQuestion &m_question;
-    const std::vector<Row> m_boardRows;
-    const std::vector<Row> &m_rows;
+    const std::vector<Row> m_rows;
     PlacementAnswer m_answer;
     std::vector<Candidate> m_candidates;
     QHash<QString, Candidate *> m_candidatesById;
@@ -123,11 +126,11 @@ PlacementAnswer Placing::answer()
     placeUnplacedCompletedTasks();
     placeRemainingTasksWithSavedPositions();
     placeNewTasksInQueue();
-    if (m_question.memory) {
+    if (m_question.isMemoryUpToDate) {
         sortOutAbsentRows();
     }
     sortTasksWithinColumns();
-    if (m_question.memory) {
+    if (m_question.isMemoryUpToDate) {
         collectRows();
     }
     collectChanges();
@@ -163,16 +166,18 @@ void Placing::prepareLookupMaps()
         }
         ++order;
     }
-    const auto namesColumn = [this](const Row &row) { return m_columnsById.contains(row.columnId); };
+    const auto namesColumn = [this](const Row &row) {
+        return m_columnsById.contains(row.columnId);
+    };
     m_answer.matchesNoColumn = !m_rows.empty() && std::none_of(m_rows.begin(), m_rows.end(), namesColumn);
 }
 
 void Placing::analyzeTaskPlacement() const
 {
-    if (m_question.memory) {
-        log::info(u"Loaded %1 task positions from database"_s.arg(m_rows.size()));
-    }
-    const auto hasRow = [](const Candidate &candidate) { return candidate.row != nullptr; };
+    log::info(u"Loaded %1 task positions from database"_s.arg(m_question.memory.positions.size()));
+    const auto hasRow = [](const Candidate &candidate) {
+        return candidate.row != nullptr;
+    };
     const auto matched = std::count_if(m_candidates.begin(), m_candidates.end(), hasRow);
     log::info(u"Found %1 tasks with saved positions"_s.arg(matched));
     if (matched < static_cast<std::ptrdiff_t>(m_rows.size())) {
@@ -193,7 +198,8 @@ void Placing::placeSavedTasks()
         const Column *target = m_columnsById.value(row.columnId);
         if (!target) {
             if (log::isDebugEnabled()) {
-                log::debug(u"Skipping task %1: column %2 no longer exists"_s.arg(row.id, row.columnId.text()));
+                log::debug(
+                    u"Skipping task %1: column %2 no longer exists"_s.arg(row.id, row.columnId.text()));
             }
             continue;
         }
@@ -208,7 +214,9 @@ void Placing::placeSavedTasks()
 
 void Placing::placeUnplacedCompletedTasks()
 {
-    const auto isMeant = [](const Candidate &candidate) { return candidate.isCompleteAndUnplaced(); };
+    const auto isMeant = [](const Candidate &candidate) {
+        return candidate.isCompleteAndUnplaced();
+    };
     const auto count = std::count_if(m_candidates.begin(), m_candidates.end(), isMeant);
     if (count == 0) {
         return;
@@ -319,8 +327,8 @@ void Placing::sortTasksWithinColumns()
             sortCell(id, cell);
             log::info(u"Sorted tasks in column '%1' and swimlane '%2':"_s.arg(column.name, swimLane.name));
             logSample(id, cell);
-            log::info(u"Sorted %1 tasks in column '%2' and swimlane '%3'"_s.arg(
-                QString::number(cell.size()), column.name, swimLane.name));
+            log::info(u"Sorted %1 tasks in column '%2' and swimlane '%3'"_s.arg(QString::number(cell.size()),
+                                                                                column.name, swimLane.name));
         }
     }
 }
@@ -332,7 +340,7 @@ void Placing::sortCell(CellId id, Cell &cell) const
         return std::tuple(a->savedPositionIn(id), a->currentOrder, a->rowOrder) <
                std::tuple(b->savedPositionIn(id), b->currentOrder, b->rowOrder);
     });
-    for (int number = 0; Candidate *candidate : cell) {
+    for (int number = 0; Candidate * candidate : cell) {
         candidate->place->position = number;
         candidate->storedPosition = number;
         ++number;
@@ -343,8 +351,8 @@ void Placing::sortCell(CellId id, Cell &cell) const
 }
 
 /**
- * The tasks of a source that did not answer are not shown, but their rows wait for them: the stored numbers of
- * the others leave out theirs, so that the cell is in its old order when the source is back.
+ * The tasks of a source that did not answer are not shown, but their rows wait for them: the stored numbers
+ * of the others leave out theirs, so that the cell is in its old order when the source is back.
  */
 void Placing::leaveRoomForAbsentTasks(CellId id, const Cell &cell) const
 {
@@ -433,7 +441,7 @@ void Placing::placeAtEnd(Candidate &candidate, CellId cell)
 Row Placing::rowFor(const Candidate &candidate, const Column &column, const SwimLane &swimLane) const
 {
     const FetchedTask &task = *candidate.task;
-    const BoardMemory &memory = *m_question.memory;
+    const BoardMemory &memory = m_question.memory;
     Row row;
     row.id = task.id;
     row.columnId = column.id;

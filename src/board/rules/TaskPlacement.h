@@ -10,8 +10,8 @@
 #include <vector>
 
 /**
- * Where the tasks of a board belong after they were fetched: the reasoning behind BoardState::organizeTasks(),
- * on records alone, so that it may run on any thread.
+ * Where the tasks of a board belong after they were fetched: the reasoning behind
+ * BoardState::organizeTasks(), on records alone, so that it may run on any thread.
  */
 namespace vantrel::rules {
 
@@ -35,8 +35,10 @@ struct PlacementQuestion
     std::vector<SwimLane> swimLanes;
     /** The places that the board shows now, each cell's in its order. */
     std::vector<TaskPosition> current;
-    /** What was read from the store; nothing if it could not be read, or has not taken in everything yet. */
-    std::optional<BoardMemory> memory;
+    /** What was read from the store. */
+    BoardMemory memory;
+    /** False if the store could not be read, or has not taken in yet all that the board gave it. */
+    bool isMemoryUpToDate = true;
     /** Sources whose absent tasks are gone for good. */
     TaskSources answered = AllTaskSources;
     Date now;
@@ -65,8 +67,8 @@ struct PlacementAnswer
  * queue column. Cells of open columns are numbered from 0. Complete tasks find no place on a board without a
  * completed column, new ones none on a board without a queue column.
  *
- * Without a memory the board's own places count as the stored ones, and nothing is to be written or removed:
- * a store that cannot be read is not an empty one.
+ * With a memory that is not up to date the board's own places win over the stored ones, and nothing is to be
+ * written or removed: a store that cannot be read is not an empty one.
  */
 PlacementAnswer placeTasks(const PlacementQuestion &question);
 
