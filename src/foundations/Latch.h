@@ -32,9 +32,18 @@ public:
         }
     }
 
-    bool await_ready() const { return isOpen(); }
-    void await_suspend(std::coroutine_handle<> waiter) { m_waiters.push_back(waiter); }
-    void await_resume() const {}
+    auto operator co_await()
+    {
+        struct Waiting
+        {
+            Latch &latch;
+
+            bool await_ready() const { return latch.isOpen(); }
+            void await_suspend(std::coroutine_handle<> waiter) { latch.m_waiters.push_back(waiter); }
+            void await_resume() const {}
+        };
+        return Waiting{*this};
+    }
 
 private:
     int m_count;

@@ -5,6 +5,7 @@
 #include <QCoroTask>
 #include <QStringList>
 
+#include <array>
 #include <optional>
 #include <vector>
 
@@ -19,6 +20,12 @@ inline constexpr std::array AllTaskManagerTypes{TaskManagerType::OmniFocus, Task
 /** Stored text and display name: "OmniFocus", "Reminders", "Plain Text". */
 QString rawValue(TaskManagerType type);
 std::optional<TaskManagerType> taskManagerTypeFromRawValue(QStringView text);
+
+/**
+ * True if `taskId` looks like an id of that source. OmniFocus ids have no form of their own, so that plain
+ * text ids look like them too: sourceOf() tells a task's source.
+ */
+bool hasIdFormOf(TaskManagerType type, QStringView taskId);
 
 /** Which sources are switched on. */
 struct TaskSourceConfiguration
@@ -94,8 +101,7 @@ public:
     virtual QCoro::Task<std::vector<ProjectInfo>> fetchAvailableProjects() = 0;
     virtual QCoro::Task<std::vector<TagInfo>> fetchAvailableTags() = 0;
 
-    /** True if an id looks like this source's. OmniFocus also says yes to plain text ids: ask sourceOf()
-     * first. */
+    /** True if an id looks like this source's, see hasIdFormOf(): ask sourceOf() first. */
     virtual bool canHandle(const QString &taskId) const = 0;
     virtual QString taskManagerName() const = 0;
     virtual bool checkPermissions() = 0;

@@ -3,24 +3,21 @@
 #include "foundations/Clock.h"
 #include "foundations/Ids.h"
 #include "foundations/NotificationCenter.h"
+#include "sources/TaskCache.h"
 #include "sources/TaskManagerFactory.h"
 #include "sources/TaskManagerProtocol.h"
 
 #include <QObject>
 
+#include <memory>
 #include <optional>
 
 namespace vantrel {
 
-enum class TaskRepositoryLoadingState { NotLoaded, Loading, Loaded, Error };
+class PersistenceManager;
+class PlainTextTaskManager;
 
-/** The answer of one fetch. */
-struct FetchedTasks
-{
-    WorkItems tasks;
-    /** Sources whose permission check, settings and fetch all succeeded: only their absent tasks are gone. */
-    TaskSources answeredSources;
-};
+enum class TaskRepositoryLoadingState { NotLoaded, Loading, Loaded, Error };
 
 /**
  * Stands between the program and its sources: asks all enabled ones at the same time, merges what comes back,
@@ -31,8 +28,9 @@ class TaskRepository : public QObject
 {
     Q_OBJECT
 public:
-    TaskRepository(TaskManagerFactory &factory, NotificationCenter &notifications, Clock &clock,
-                   QObject *parent = nullptr);
+    TaskRepository(TaskManagerFactory &factory, PersistenceManager &persistence,
+                   NotificationCenter &notifications, Clock &clock, QObject *parent = nullptr);
+    ~TaskRepository() override;
 
     TaskRepositoryLoadingState loadingState() const { return m_loadingState; }
     /** The last failure's text while loadingState() is Error. */
@@ -42,12 +40,15 @@ public:
 
     const std::vector<TaskManagerProtocol *> &taskManagers() const { return m_taskManagers; }
     QString taskManagersDescription() const { return m_taskManagersDescription; }
-    const WorkItems &cachedTasks() const { return m_cachedTasks; }
-    std::optional<Date> lastFetchTime() const { return m_lastFetchTime; }
-    WorkItemPtr cachedTask(const QString &taskId) const;
+    const WorkItems &cachedTasks() const { return m_cache.tasks(); }
+    std::optional<Date> lastFetchTime() const { return m_cache.lastFetchTime(); }
+    WorkItemPtr cachedTask(const QString &taskId) const { return m_cache.find(taskId); }
 
-    /** Asks the sources, or the cache while it is fresh. Throws TaskRepositoryError when nothing could be
-     * loaded. */
+    /**
+     * Asks the sources, or the cache while it is fresh. Throws TaskRepositoryError when nothing could be
+     * loaded. Whoever calls while a fetch runs gets the result of that one, but a forced call, or one that
+     * knows more than the running fetch can, waits for it to end and has the sources asked again.
+     */
     QCoro::Task<FetchedTasks> fetchTasks(bool forceRefresh);
 
     void manuallyAddTaskToCache(const WorkItemPtr &task);
@@ -66,18 +67,46 @@ Q_SIGNALS:
     void loadingChanged();
 
 private:
+    struct Answer;
+    struct Run;
+
+    FetchedTasks serveCache();
+    std::shared_ptr<Run> startRun();
+    QCoro::Task<> perform(std::shared_ptr<Run> run);
+    void finish(const Run &run);
+    QCoro::Task<FetchedTasks> fetchTasksFromAllManagers(std::shared_ptr<Run> run);
+    QCoro::Task<> ask(TaskManagerProtocol *manager, std::shared_ptr<Run> run, std::size_t place);
+    QCoro::Task<Answer> answerOf(TaskManagerProtocol *manager);
+    QCoro::Task<WorkItems> tasksOf(TaskManagerProtocol *manager);
+    /** Whether the store may forget what is not in this answer. */
+    QCoro::Task<bool> isBelievable(TaskSource source, bool isEmpty);
+    QCoro::Task<bool> storeHoldsPlacesOf(TaskSource source);
+    void takeAnswer(Run &run, std::size_t place, Answer answer);
+    FetchedTasks merge(const Run &run) const;
+    TaskSource sourceOfManager(const TaskManagerProtocol *manager) const;
+
+    void forget(const QSet<QString> &taskIds);
+    void setLoading(TaskRepositoryLoadingState state, double progress, const QString &message);
+    void setStatusMessage(const QString &message);
+    void updateTaskManagersDescription();
+
     TaskManagerFactory &m_factory;
+    PersistenceManager &m_persistence;
     NotificationCenter &m_notifications;
     Clock &m_clock;
+    /** The factory's plain text source, where it is the real one: it can tell its tasks at any moment. */
+    PlainTextTaskManager *m_plainText;
     TaskRepositoryLoadingState m_loadingState = TaskRepositoryLoadingState::NotLoaded;
     QString m_errorText;
     double m_loadingProgress = 0.0;
     QString m_loadingStatusMessage;
     std::vector<TaskManagerProtocol *> m_taskManagers;
     QString m_taskManagersDescription;
-    WorkItems m_cachedTasks;
-    TaskSources m_cachedAnsweredSources;
-    std::optional<Date> m_lastFetchTime;
+    TaskCache m_cache;
+    /** The fetch under way. */
+    std::shared_ptr<Run> m_run;
+    /** Outside sources whose last answer was empty and was not believed. */
+    TaskSources m_doubtedSources;
 };
 
 } // namespace vantrel
