@@ -44,12 +44,13 @@ function(vantrel_layer name)
     vantrel_compile_options(vantrel_${name})
 endfunction()
 
-# vantrel_test(<name> SOURCES ... LINK ... [TIMEOUT <seconds>] [LABELS <label> ...])
+# vantrel_test(<name> SOURCES ... LINK ... [TIMEOUT <seconds>] [LABELS <label> ...] [RUN_WITH <command> ...])
 #
-# One QTest program, run offscreen by ctest with a time limit of its own (120 seconds unless said).
+# One QTest program, run offscreen by ctest with a time limit of its own (120 seconds unless said), as the
+# last argument of the command RUN_WITH if there is one.
 # The label "ui" marks tests that open a window: the sanitizer runs leave them out.
 function(vantrel_test name)
-    cmake_parse_arguments(arg "" "TIMEOUT" "SOURCES;LINK;LABELS" ${ARGN})
+    cmake_parse_arguments(arg "" "TIMEOUT" "SOURCES;LINK;LABELS;RUN_WITH" ${ARGN})
     if(arg_UNPARSED_ARGUMENTS)
         message(FATAL_ERROR "vantrel_test(${name}): what is ${arg_UNPARSED_ARGUMENTS}?")
     endif()
@@ -58,7 +59,7 @@ function(vantrel_test name)
     target_include_directories(${name} PRIVATE ${PROJECT_SOURCE_DIR}/tests)
     target_link_libraries(${name} PRIVATE ${arg_LINK} Qt6::Test)
     vantrel_compile_options(${name})
-    add_test(NAME ${name} COMMAND ${name})
+    add_test(NAME ${name} COMMAND ${arg_RUN_WITH} $<TARGET_FILE:${name}>)
     if(NOT arg_TIMEOUT)
         set(arg_TIMEOUT 120)
     endif()
@@ -70,6 +71,7 @@ endfunction()
 
 # No test meets the real desktop, home, time zone or language.
 set(VANTREL_TEST_ENVIRONMENT
+    DBUS_SESSION_BUS_ADDRESS=disabled:
     QT_QPA_PLATFORM=offscreen
     QT_QUICK_BACKEND=software
     TZ=Europe/Berlin
