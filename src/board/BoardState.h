@@ -9,6 +9,8 @@
 #include "board/SwimLaneManager.h"
 #include "board/TaskMoveStatus.h"
 #include "board/WIPGaugeSettings.h"
+#include "board/rules/ItemClass.h"
+#include "board/rules/WIPRules.h"
 #include "foundations/Clock.h"
 #include "foundations/Ids.h"
 #include "foundations/NotificationCenter.h"
@@ -28,6 +30,7 @@ namespace vantrel {
 
 class Announcer;
 class BackgroundSaveIndicator;
+class BaseWorkItem;
 class Screen;
 class SoundManager;
 class TaskManagerFactory;
@@ -59,15 +62,6 @@ struct TaskUpdate
     bool success = false;
     /** The item found, also where it could not be changed. */
     WorkItemPtr item;
-};
-
-/** The figures of the work-in-progress gauge. */
-struct WIPStatus
-{
-    int count = 0;
-    bool isWarning = false;
-    bool isOverLimit = false;
-    friend bool operator==(const WIPStatus &, const WIPStatus &) = default;
 };
 
 /**
@@ -190,9 +184,15 @@ public:
     // Columns and swimlanes (BoardState_Columns.cpp, BoardState_SwimLanes.cpp)
 
     void addColumn(const Column &column);
+    /** A change of type to or from completed completes or reopens the column's tasks, without telling their
+     * sources. */
     void updateColumn(const Column &column);
+    /** Its tasks go to the first other column of its type, each in its swimlane; refused without one. */
     void removeColumn(ColumnId id);
+    /** Takes the column at `from` out and puts it in at `to`; false where the order of types forbids it. */
     bool moveColumn(int from, int to);
+    bool addSwimLane(const SwimLane &swimLane);
+    /** Its tasks go to the default swimlane. Refused for the default swimlane, and for an unknown one. */
     void removeSwimLane(SwimLaneId id);
 
     // Work in progress (BoardState_WIP.cpp)
@@ -280,6 +280,32 @@ private:
     void handleToggleTaskFocusModeNotification(const Notification &notification);
     void handleTaskAddedToBoardStateNotification(const Notification &notification);
     void post(NotificationName name, const QVariant &object = {}, const QVariantMap &userInfo = {});
+
+    // Edits (BoardState_Edits.cpp)
+
+    /** Changes a task of one of `classes`; a task of another class is found but not changed. */
+    TaskUpdate updateField(const QString &taskId, std::initializer_list<ItemClass> classes,
+                           const std::function<void(WorkItem &)> &change);
+    /** Stores an item that is a plain text task by its id, as it is now. */
+    void saveChanges(BaseWorkItem &item);
+    void storeCompletion(WorkItem &item, bool isComplete);
+
+    // Columns and swimlanes that go away (BoardState_SwimLanes.cpp)
+
+    using PlaceTest = std::function<bool(const TaskPosition &)>;
+    using PlaceChange = std::function<void(TaskPosition &)>;
+    /** Changes all places that `isMeant`: each goes behind its new cell, in the old order. Gives these cells.
+     */
+    QSet<CellId> relocate(const PlaceTest &isMeant, const PlaceChange &change);
+    /** Numbers the cells from 0 in the order that they show, and has that stored. */
+    void storeCells(const QSet<CellId> &cells);
+    void storePlaces(std::vector<TaskPosition> places);
+
+    // Priorities (BoardState_Priorities.cpp)
+    void setQuadrant(const QString &taskId, EisenhowerPriority priority);
+
+    // Zoom (BoardState_Isolation.cpp)
+    void changeZoom(double level);
 
     // Every change of the facts (BoardState_Collections.cpp)
 

@@ -35,12 +35,16 @@ public:
     /** Replaces the column with that id; a changed type moves it to its new type's group. False if unknown.
      */
     bool updateColumn(const Column &column);
-    /** False, with nothing changed, where canRemoveColumn() refuses. */
-    bool removeColumn(ColumnId id);
     /** True if another column has the same type. */
     bool canRemoveColumn(const Column &column) const;
+    /** The column that takes the tasks of column `id` when it is removed; nullptr where that is refused. */
+    const Column *heirOf(ColumnId id) const;
+    /** Moves the stored rows of the column to its heir, and removes it; false, with nothing changed, without
+     * one. */
+    bool removeColumn(ColumnId id);
     /** Takes the column at `from` out and puts it in at `to`; the indexes and the order must be valid. */
     void applyMove(int from, int to);
+    /** Takes the columns as they were last loaded or saved. */
     void refreshColumns();
 
     /** True if nothing but completed columns follows the first completed one. */
@@ -50,10 +54,8 @@ Q_SIGNALS:
     void columnsChanged();
 
 private:
-    void loadColumns();
     void insertByType(Column column);
     void renumberAndSave();
-    QString uniqueStableId(const Column &column) const;
 
     PersistenceManager &m_persistence;
     std::vector<Column> m_columns;

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "board/rules/TaskFilter.h"
 #include "foundations/NotificationCenter.h"
 #include "foundations/WorkItem.h"
 
@@ -29,21 +30,19 @@ class FilterManager : public QObject
 {
     Q_OBJECT
 public:
-    /** The pseudo tag of tasks that have none. */
-    static constexpr QStringView UntaggedTagID = u"untagged";
-    static constexpr QStringView UntaggedTagName = u"Untagged";
+    static constexpr QStringView UntaggedTagID = vantrel::UntaggedTagID;
 
     FilterManager(NotificationCenter &notifications, UserDefaults &defaults, QObject *parent = nullptr);
 
     const std::vector<AvailableTag> &availableTags() const { return m_availableTags; }
-    const QSet<QString> &selectedTagIDs() const { return m_selectedTagIDs; }
-    const QSet<EisenhowerPriority> &selectedPriorities() const { return m_selectedPriorities; }
-    const QSet<QString> &selectedSourceIDs() const { return m_selectedSourceIDs; }
-    bool isFilterActive() const;
+    const QSet<QString> &selectedTagIDs() const { return m_filter.tagIDs; }
+    const QSet<EisenhowerPriority> &selectedPriorities() const { return m_filter.priorities; }
+    const QSet<QString> &selectedSourceIDs() const { return m_filter.sourceIDs; }
+    bool isFilterActive() const { return m_filter.isActive(); }
     bool isTagSidebarVisible() const { return m_isTagSidebarVisible; }
-    bool isFlaggedFilterActive() const { return m_isFlaggedFilterActive; }
-    bool isPriorityFilterActive() const { return !m_selectedPriorities.isEmpty(); }
-    bool isSourceFilterActive() const { return !m_selectedSourceIDs.isEmpty(); }
+    bool isFlaggedFilterActive() const { return m_filter.flaggedOnly; }
+    bool isPriorityFilterActive() const { return !m_filter.priorities.isEmpty(); }
+    bool isSourceFilterActive() const { return !m_filter.sourceIDs.isEmpty(); }
 
     void updateAvailableTags(const std::vector<WorkItemPtr> &tasks);
     void toggleTagFilter(const QString &tagID);
@@ -56,10 +55,12 @@ public:
     void toggleSourceFilter(const QString &sourceID);
     void clearSourceFilters();
 
-    bool isTaskVisibleWithFilters(const WorkItem &task) const;
+    /** The filters as they are now: take it once for a pass over many tasks. */
+    TaskFilter taskFilter() const;
+    bool isTaskVisibleWithFilters(const WorkItem &task) const { return taskFilter().accepts(task); }
 
-    /** "omnifocus", "reminders", "plaintext" or "generic", by the item's class. */
-    static QString sourceIdentifier(const WorkItem &task);
+    /** See TaskFilter::sourceIdentifier. */
+    static QString sourceIdentifier(const WorkItem &task) { return TaskFilter::sourceIdentifier(task); }
 
 Q_SIGNALS:
     /** A filter or the sidebar's visibility. */
@@ -67,16 +68,18 @@ Q_SIGNALS:
     void availableTagsChanged();
 
 private:
+    /** Adds or removes `value`, and says so in the log; `noun` and `name` are its words there. */
+    template <typename T>
+    void toggle(QSet<T> &values, const T &value, QStringView noun, const QString &name,
+                NotificationName notification);
     void finishChange(const QString &logLine, NotificationName notification);
 
     NotificationCenter &m_notifications;
     UserDefaults &m_defaults;
     std::vector<AvailableTag> m_availableTags;
-    QSet<QString> m_selectedTagIDs;
-    QSet<EisenhowerPriority> m_selectedPriorities;
-    QSet<QString> m_selectedSourceIDs;
+    /** Without the user default that hides completed tasks. */
+    TaskFilter m_filter;
     bool m_isTagSidebarVisible = false;
-    bool m_isFlaggedFilterActive = false;
 };
 
 } // namespace vantrel

@@ -10,6 +10,13 @@ WorkItemPtr Placements::task(const QString &id) const
     return found == m_index.cend() ? nullptr : m_slots[*found].task;
 }
 
+int Placements::incompleteTaskCount() const
+{
+    return static_cast<int>(std::count_if(m_arrival.begin(), m_arrival.end(), [this](SlotIndex index) {
+        return !m_slots[index].task->isComplete();
+    }));
+}
+
 WorkItems Placements::tasks() const
 {
     WorkItems tasks;
@@ -201,6 +208,17 @@ qsizetype Placements::size(CellId cell) const
 {
     const Cell *found = ordered(cell);
     return found ? static_cast<qsizetype>(found->items.size()) : 0;
+}
+
+int Placements::incompleteCount(CellId cell) const
+{
+    const Cell *found = ordered(cell);
+    if (!found) {
+        return 0;
+    }
+    return static_cast<int>(std::count_if(found->items.begin(), found->items.end(), [this](const Item &item) {
+        return !m_slots[item.slot].task->isComplete();
+    }));
 }
 
 qsizetype Placements::indexInCell(const QString &taskId) const

@@ -35,6 +35,8 @@ public:
     /** nullptr if there is no such task. */
     WorkItemPtr task(const QString &id) const;
     qsizetype taskCount() const { return static_cast<qsizetype>(m_arrival.size()); }
+    /** How many of all tasks, placed or not, are still to be done. */
+    int incompleteTaskCount() const;
     /** In the order of their arrival. */
     WorkItems tasks() const;
     /** Adds the task, or puts it in place of the one with its id. */
@@ -74,6 +76,8 @@ public:
     /** The places of a cell in their order. */
     std::vector<TaskPosition> placesIn(CellId cell) const;
     qsizetype size(CellId cell) const;
+    /** How many tasks of a cell are still to be done. */
+    int incompleteCount(CellId cell) const;
     /** The task's index in the cell that shows it; -1 if none does. */
     qsizetype indexInCell(const QString &taskId) const;
     /** Cells that have held a task since the swimlanes were last set, in no particular order. */

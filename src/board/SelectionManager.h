@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QObject>
+#include <QSet>
 #include <QStringList>
 
 namespace vantrel {
@@ -13,23 +14,24 @@ public:
     using QObject::QObject;
 
     const QStringList &selectedTaskIds() const { return m_selectedTaskIds; }
-    bool isSelected(const QString &id) const { return m_selectedTaskIds.contains(id); }
+    bool isSelected(const QString &id) const { return m_lookup.contains(id); }
 
     /** With `extendSelection` adds the id; without, it becomes the only one. */
     void selectTask(const QString &id, bool extendSelection);
     void deselectTask(const QString &id);
     void deselectAllTasks();
     void toggleTaskSelection(const QString &id);
-    /** As deselectTask, but silent when the id is not selected. */
-    void removeFromSelection(const QString &taskId);
+    /** For a task that leaves the board. */
+    void removeFromSelection(const QString &taskId) { deselectTask(taskId); }
 
 Q_SIGNALS:
+    /** The selection is another one now. */
     void selectionChanged();
 
 private:
-    void assign(const QStringList &ids);
-
     QStringList m_selectedTaskIds;
+    /** The same ids: each card asks for its own. */
+    QSet<QString> m_lookup;
 };
 
 } // namespace vantrel

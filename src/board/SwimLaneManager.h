@@ -37,7 +37,9 @@ public:
     /** "unknown" for an unknown id. */
     QString getSwimLaneName(SwimLaneId id) const;
 
+    /** Appends `swimLane` as it is, but for a missing stable id, or that of the default swimlane. */
     bool addSwimLane(const SwimLane &swimLane);
+    /** Replaces the swimlane with that id, which keeps its stable id. */
     void updateSwimLane(const SwimLane &swimLane);
     /** False, with nothing changed, for an index out of range. */
     bool moveSwimLane(int from, int to);
@@ -49,11 +51,14 @@ public:
     /** Clamped to MinimumHeight and MaximumHeight. */
     void updateSwimLaneHeight(SwimLaneId id, double height);
     void toggleSwimLaneExpanded(SwimLaneId id);
+    /** Opens (true) and collapses the given swimlanes, as one change. */
+    void setExpansionStates(const QHash<SwimLaneId, bool> &states);
 
 Q_SIGNALS:
     void swimLanesChanged();
 
 private:
+    void addDefaultSwimLane();
     void saveAndTriggerUpdates();
 
     PersistenceManager &m_persistence;

@@ -3,6 +3,8 @@
 #include "foundations/NotificationCenter.h"
 #include "foundations/WorkItem.h"
 
+#include <optional>
+
 namespace vantrel {
 
 class BoardState;
@@ -23,11 +25,13 @@ public:
     bool toggleBlockedStatus(const WorkItem &task, const std::optional<QString> &reason);
     bool setBlockedStatus(const WorkItem &task, bool blocked, const std::optional<QString> &reason);
     bool setBlockReason(const WorkItem &task, const std::optional<QString> &reason);
+    /** The board's task; the repository's counts as the board's from then on. */
     WorkItemPtr findTask(const QString &id);
     /** Reads what is stored, for the log; organisation lays it on the tasks. */
     void loadBlockedTasksFromPersistence();
 
 private:
+    bool applyBlockedStatus(const QString &id, bool blocked, const std::optional<QString> &reason);
     void saveBlockedStatusToPersistence(const WorkItem &item);
 
     BoardState &m_board;

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "foundations/Color.h"
+#include "board/rules/WIPRules.h"
 
 #include <QObject>
 
@@ -20,8 +20,9 @@ public:
     explicit WIPGaugeSettings(UserDefaults &defaults, QObject *parent = nullptr);
 
     bool isEnabled() const { return m_isEnabled; }
-    int warnThreshold() const { return m_warnThreshold; }
-    int maxThreshold() const { return m_maxThreshold; }
+    int warnThreshold() const { return m_thresholds.warn; }
+    int maxThreshold() const { return m_thresholds.max; }
+    WIPThresholds thresholds() const { return m_thresholds; }
     bool includeQueueColumns() const { return m_includeQueueColumns; }
 
     void setEnabled(bool isEnabled);
@@ -30,7 +31,7 @@ public:
     void setIncludeQueueColumns(bool include);
 
     /** The fill of the gauge at `count`: green, amber from the warning, red from the maximum on. */
-    Color gaugeColor(int count) const;
+    Color gaugeColor(int count) const { return wipGaugeColor(count, m_thresholds); }
     /** Count over maximum; 0 for a maximum under 1. */
     double calculateProgress(int count) const;
     /** "{n}%", "0%" for a maximum under 1. */
@@ -40,13 +41,14 @@ Q_SIGNALS:
     void settingsChanged();
 
 private:
-    void load();
+    /** False, with the defaults in force, if what is stored makes no sense. */
+    bool load();
     void save();
+    void finishChange();
 
     UserDefaults &m_defaults;
     bool m_isEnabled = false;
-    int m_warnThreshold = 20;
-    int m_maxThreshold = 30;
+    WIPThresholds m_thresholds;
     bool m_includeQueueColumns = true;
 };
 

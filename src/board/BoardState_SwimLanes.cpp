@@ -1,0 +1,80 @@
+#include "board/BoardState.h"
+#include "foundations/Log.h"
+
+#include <algorithm>
+
+namespace vantrel {
+
+bool BoardState::addSwimLane(const SwimLane &swimLane)
+{
+    clearSwimLaneIsolation();
+    return m_swimLaneManager.addSwimLane(swimLane);
+}
+
+void BoardState::removeSwimLane(SwimLaneId id)
+{
+    if (!m_swimLaneManager.canRemoveSwimLane(id)) {
+        return;
+    }
+    if (isSwimLaneIsolated(id)) {
+        clearSwimLaneIsolation();
+    }
+    const SwimLaneId target = m_swimLaneManager.defaultSwimLane().id;
+    const QSet<CellId> entered = relocate([id](const TaskPosition &place) { return place.swimLaneId == id; },
+                                          [target](TaskPosition &place) { place.swimLaneId = target; });
+    m_swimLaneManager.removeSwimLane(id);
+    storeCells(entered);
+    invalidateDerivedCollections();
+    postSwimLaneWIPCountsChanged();
+}
+
+QSet<CellId> BoardState::relocate(const PlaceTest &isMeant, const PlaceChange &change)
+{
+    std::vector<TaskPosition> shown;
+    for (const CellId &cell : m_placements.cells()) {
+        const std::vector<TaskPosition> places = m_placements.placesIn(cell);
+        std::copy_if(places.begin(), places.end(), std::back_inserter(shown), isMeant);
+    }
+    for (TaskPosition place : m_placements.all()) {
+        if (isMeant(place) && !m_placements.task(place.taskId)) {
+            change(place);
+            setPlacement(place);
+        }
+    }
+    QHash<CellId, int> nextPosition;
+    for (TaskPosition place : shown) {
+        change(place);
+        const CellId cell = m_placements.shownCell(place);
+        if (!nextPosition.contains(cell)) {
+            m_placements.densify(cell);
+            nextPosition.insert(cell, static_cast<int>(m_placements.size(cell)));
+        }
+        place.position = nextPosition[cell]++;
+        setPlacement(place);
+    }
+    return QSet<CellId>(nextPosition.keyBegin(), nextPosition.keyEnd());
+}
+
+void BoardState::storeCells(const QSet<CellId> &cells)
+{
+    std::vector<TaskPosition> places;
+    for (const CellId &cell : cells) {
+        m_placements.densify(cell);
+        for (const TaskPosition &place : m_placements.placesIn(cell)) {
+            // A place in a swimlane that is gone stays stored as it is until its task is moved.
+            if (place.swimLaneId == cell.swimLane) {
+                places.push_back(place);
+            }
+        }
+    }
+    storePlaces(std::move(places));
+}
+
+void BoardState::storePlaces(std::vector<TaskPosition> places)
+{
+    if (!places.empty()) {
+        m_persistenceQueue.enqueue(PersistenceOperation{std::move(places)});
+    }
+}
+
+} // namespace vantrel

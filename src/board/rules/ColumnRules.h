@@ -1,0 +1,27 @@
+#pragma once
+
+#include "foundations/Column.h"
+
+#include <vector>
+
+namespace vantrel {
+
+/** True if nothing but completed columns follows the first completed one. */
+bool isValidColumnTypeOrder(const std::vector<ColumnType> &types);
+
+/**
+ * Where a column of `type` that comes to the board belongs: behind the last of its type; without one a queue
+ * column leads, an active one follows the queues, a completed one ends the board.
+ */
+int insertionIndex(const std::vector<Column> &columns, ColumnType type);
+
+/** The column's stable id, or a generated one; with "_2", "_3" ... where one of `others` has it already. */
+QString uniqueStableId(const Column &column, const std::vector<Column> &others);
+
+/**
+ * True if an open column holds more incomplete tasks than it should: `cellCount` of them in the swimlane
+ * looked at, `columnCount` over all swimlanes.
+ */
+bool isWIPLimitExceeded(const Column &column, int cellCount, int columnCount);
+
+} // namespace vantrel
