@@ -1,0 +1,83 @@
+import QtQuick
+
+/**
+ * A card in the middle of the dimmed window, for a question or a form. The window behind takes no pointer and no key
+ * while it stands; Escape asks to leave, a click outside does nothing, so that a stray click loses nothing typed.
+ */
+FocusScope {
+    id: root
+
+    property real contentWidth: 500
+    property string title: ""
+    property string subtitle: ""
+    default property alias content: column.data
+
+    signal dismissed
+
+    anchors.fill: parent
+    z: 100
+    focus: true
+    Accessible.role: Accessible.Dialog
+    Accessible.name: title
+    Keys.onEscapePressed: dismissed()
+
+    Rectangle {
+        anchors.fill: parent
+        color: Theme.scrim
+
+        MouseArea {
+            anchors.fill: parent
+            hoverEnabled: true
+            acceptedButtons: Qt.AllButtons
+            onWheel: wheel => wheel.accepted = true
+        }
+    }
+    Rectangle {
+        anchors.fill: sheet
+        anchors.margins: -2
+        anchors.topMargin: 4
+        anchors.bottomMargin: -8
+        radius: sheet.radius + 4
+        color: Theme.liftedShadow
+    }
+    Rectangle {
+        id: sheet
+        anchors.centerIn: parent
+        width: Math.min(root.contentWidth + 40, root.width - 40)
+        height: Math.min(column.implicitHeight + 40, root.height - 40)
+        radius: Theme.windowPartRadius
+        color: Theme.surface
+        border.width: 1
+        border.color: Theme.line
+
+        Column {
+            id: column
+            x: 20
+            y: 20
+            width: parent.width - 40
+            spacing: Theme.laneGap
+
+            ThemedText {
+                width: parent.width
+                visible: root.title !== ""
+                text: root.title
+                font.pixelSize: Theme.large
+                font.weight: Theme.headingWeight
+                elide: Text.ElideRight
+            }
+            ThemedText {
+                width: parent.width
+                visible: root.subtitle !== ""
+                text: root.subtitle
+                color: Theme.secondaryText
+                wrapMode: Text.Wrap
+            }
+        }
+    }
+    NumberAnimation on opacity {
+        from: 0
+        to: 1
+        duration: Theme.quick
+        running: true
+    }
+}

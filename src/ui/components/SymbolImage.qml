@@ -1,0 +1,18 @@
+import QtQuick
+
+/** One symbol, in one colour, sharp at any scale. An unknown name shows a neutral square. */
+Image {
+    id: root
+
+    required property string symbol
+    property color color: Theme.text
+    property real size: Theme.iconSize
+
+    width: size
+    height: size
+    sourceSize.width: size
+    sourceSize.height: size
+    source: symbol === "" ? "" : "image://symbols/" + symbol + "?" + color
+    fillMode: Image.PreserveAspectFit
+    Accessible.ignored: true
+}

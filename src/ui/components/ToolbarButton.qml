@@ -1,0 +1,44 @@
+import QtQuick
+import QtQuick.Templates as T
+
+/** A square button of the toolbar: one symbol, a hint, a name for the screen reader. */
+T.AbstractButton {
+    id: root
+
+    required property string symbol
+    property string hint: text
+    property bool active: false
+
+    implicitWidth: Theme.toolButtonSize
+    implicitHeight: Theme.toolButtonSize
+    hoverEnabled: true
+    focusPolicy: Qt.TabFocus
+    opacity: enabled ? 1 : 0.4
+    Accessible.role: Accessible.Button
+    Accessible.name: text
+    Accessible.onPressAction: root.clicked()
+    Keys.onReturnPressed: root.clicked()
+    Keys.onEnterPressed: root.clicked()
+
+    contentItem: Item {
+        SymbolImage {
+            anchors.centerIn: parent
+            symbol: root.symbol
+            color: root.active ? Theme.accent : Theme.secondaryText
+        }
+    }
+    background: Rectangle {
+        radius: Theme.controlRadius
+        color: root.down ? Theme.press : root.hovered || root.active ? Theme.hover : "transparent"
+
+        Behavior on color {
+            ColorAnimation { duration: Theme.quick }
+        }
+        FocusRing { active: root.visualFocus }
+    }
+
+    AppToolTip {
+        visible: root.hovered && root.hint !== ""
+        text: root.hint
+    }
+}

@@ -1,0 +1,93 @@
+pragma Singleton
+
+import QtQuick
+
+/** Every colour, size and duration of the interface, in two schemes. Set `dark` and `reducedMotion` from the desktop. */
+QtObject {
+    property bool dark: false
+    property bool reducedMotion: false
+
+    // Grounds
+    readonly property color window: dark ? "#15171B" : "#F5F6F8"
+    readonly property color rail: dark ? "#1B1E23" : "#ECEEF2"
+    readonly property color surface: dark ? "#1E2126" : "#FFFFFF"
+    readonly property color cell: dark ? "#1A1D22" : "#F0F2F5"
+    readonly property color card: dark ? "#262A31" : "#FFFFFF"
+    readonly property color field: dark ? "#15171B" : "#FFFFFF"
+    readonly property color hover: dark ? "#2B3038" : "#E9ECF1"
+    readonly property color press: dark ? "#343A44" : "#DEE2E9"
+    readonly property color scrim: dark ? "#99000000" : "#66101418"
+
+    // Lines
+    readonly property color line: dark ? "#2E333B" : "#E1E4EA"
+    readonly property color strongLine: dark ? "#3A404A" : "#D3D8E0"
+
+    // Text
+    readonly property color text: dark ? "#E9ECF1" : "#1B1F26"
+    readonly property color secondaryText: dark ? "#A6AEBB" : "#5B6370"
+    readonly property color faintText: dark ? "#8D96A5" : "#6F7785"
+    readonly property color onAccent: dark ? "#0E1420" : "#FFFFFF"
+
+    // Meaning
+    readonly property color accent: dark ? "#6E9BFF" : "#2F6BED"
+    readonly property color accentTint: dark ? "#24304A" : "#E6EEFE"
+    readonly property color red: dark ? "#FF7B7B" : "#DC2F2F"
+    readonly property color redTint: dark ? "#40272A" : "#FDEAEA"
+    readonly property color amber: dark ? "#F4B04F" : "#B86A04"
+    readonly property color amberTint: dark ? "#3B3020" : "#FDF1DD"
+    readonly property color green: dark ? "#5BCB83" : "#15803D"
+    readonly property color greenTint: dark ? "#20352A" : "#E3F4E8"
+    readonly property color violet: dark ? "#B594F7" : "#7A45D8"
+    readonly property color violetTint: dark ? "#30284A" : "#F0E9FC"
+    readonly property color flagStripe: "#E8930C"
+
+    // Shadows are painted: a few translucent rectangles, no effects.
+    readonly property color shadow: dark ? "#50000000" : "#14101828"
+    readonly property color liftedShadow: dark ? "#80000000" : "#2A101828"
+
+    // Type
+    readonly property string fontFamily: "Inter"
+    readonly property string emojiFamily: "Noto Color Emoji"
+    readonly property int tiny: 11
+    readonly property int small: 12
+    readonly property int body: 13
+    readonly property int medium: 14
+    readonly property int large: 16
+    readonly property int huge: 20
+    readonly property int regularWeight: Font.Normal
+    readonly property int titleWeight: Font.Medium
+    readonly property int headingWeight: Font.DemiBold
+
+    // Space
+    readonly property int unit: 4
+    readonly property int gap: 8
+    readonly property int laneGap: 12
+    readonly property int windowPadding: 14
+    readonly property int cardPadding: 10
+
+    // Shape
+    readonly property int windowPartRadius: 12
+    readonly property int cardRadius: 9
+    readonly property int controlRadius: 8
+    readonly property int chipRadius: 6
+    readonly property int ringWidth: 2
+
+    // Parts
+    readonly property int toolbarHeight: 48
+    readonly property int railWidth: 92
+    readonly property int controlHeight: 32
+    readonly property int toolButtonSize: 32
+    readonly property int iconSize: 18
+    readonly property int smallIconSize: 14
+
+    // Motion
+    readonly property int quick: reducedMotion ? 0 : 120
+    readonly property int move: reducedMotion ? 0 : 200
+    readonly property int fade: reducedMotion ? 0 : 500
+
+    /** Black or white text, whichever is read more easily on `ground`. */
+    function textOn(ground: color): color {
+        const luminance = 0.299 * ground.r + 0.587 * ground.g + 0.114 * ground.b;
+        return luminance > 0.55 ? "#1B1F26" : "#FFFFFF";
+    }
+}
