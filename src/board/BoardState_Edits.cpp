@@ -2,8 +2,8 @@
 #include "foundations/BaseWorkItem.h"
 #include "foundations/Log.h"
 #include "foundations/NotificationNames.h"
-#include "sources/omnifocus/AppleScriptError.h"
 #include "sources/TaskManagerFactory.h"
+#include "sources/omnifocus/AppleScriptError.h"
 
 #include <algorithm>
 
@@ -37,7 +37,6 @@ TaskUpdate BoardState::updateField(const QString &taskId, std::initializer_list<
     }
     change(*item);
     touch(taskId);
-    invalidateDerivedCollections();
     return {true, item};
 }
 
@@ -114,7 +113,6 @@ TaskUpdate BoardState::updateTaskCompletionStatus(const QString &taskId, bool is
     log::info(u"Updated completion status for " + itemClassName(*item) + u": " + taskId + u" - " +
               (isComplete ? QStringLiteral("true") : QStringLiteral("false")));
     touch(taskId);
-    invalidateDerivedCollections();
     if (isComplete) {
         m_priorityManager.handleTaskCompletion(taskId);
         post(notifications::TaskCompletionAnimation, taskId, {{QStringLiteral("taskId"), taskId}});

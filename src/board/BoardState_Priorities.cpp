@@ -24,7 +24,6 @@ void BoardState::setQuadrant(const QString &taskId, EisenhowerPriority priority)
     if (const WorkItemPtr item = findTaskById(taskId)) {
         item->setEisenhowerPriority(priority);
         touch(taskId);
-        invalidateDerivedCollections();
     }
 }
 

@@ -31,6 +31,11 @@ void sortByName(std::vector<AvailableTag> &tags)
 FilterManager::FilterManager(NotificationCenter &notifications, UserDefaults &defaults, QObject *parent)
     : QObject(parent), m_notifications(notifications), m_defaults(defaults)
 {
+    connect(&defaults, &UserDefaults::valueChanged, this, [this](const QString &key) {
+        if (key == keys::ExcludeDoneTasksFromFilter && isFilterActive()) {
+            Q_EMIT filtersChanged();
+        }
+    });
 }
 
 void FilterManager::updateAvailableTags(const std::vector<WorkItemPtr> &tasks)

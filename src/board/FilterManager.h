@@ -63,7 +63,7 @@ public:
     static QString sourceIdentifier(const WorkItem &task) { return TaskFilter::sourceIdentifier(task); }
 
 Q_SIGNALS:
-    /** A filter or the sidebar's visibility. */
+    /** A filter, what it hides, or the sidebar's visibility. */
     void filtersChanged();
     void availableTagsChanged();
 
