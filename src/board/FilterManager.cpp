@@ -127,9 +127,8 @@ void FilterManager::clearSourceFilters()
 
 TaskFilter FilterManager::taskFilter() const
 {
-    TaskFilter filter = m_filter;
-    filter.excludesDone = m_defaults.boolean(keys::ExcludeDoneTasksFromFilter).value_or(false);
-    return filter;
+    const bool hidesDone = m_defaults.boolean(keys::ExcludeDoneTasksFromFilter).value_or(false);
+    return TaskFilter(m_filter, hidesDone ? TaskFilter::DoneTasks::Hidden : TaskFilter::DoneTasks::Shown);
 }
 
 template <typename T>

@@ -77,8 +77,7 @@ private:
     NotificationCenter &m_notifications;
     UserDefaults &m_defaults;
     std::vector<AvailableTag> m_availableTags;
-    /** Without the user default that hides completed tasks. */
-    TaskFilter m_filter;
+    FilterSelection m_filter;
     bool m_isTagSidebarVisible = false;
 };
 

@@ -308,52 +308,54 @@ void TestBoardRules::workloadIsWordedByItsShare()
 
 void TestBoardRules::aFilterShowsWhatAllItsPartsAccept_data()
 {
-    QTest::addColumn<TaskFilter>("filter");
+    QTest::addColumn<FilterSelection>("selection");
+    QTest::addColumn<bool>("hidesDone");
     QTest::addColumn<QString>("shown");
 
-    const auto row = [](const char *name, const TaskFilter &filter, const QString &shown) {
-        QTest::newRow(name) << filter << shown;
+    FilterSelection selection;
+    const auto row = [&selection](const char *name, const QString &shown, bool hidesDone = false) {
+        QTest::newRow(name) << selection << hidesDone << shown;
     };
-    TaskFilter filter;
-    filter.excludesDone = true;
-    row("nothing filters, so completed tasks stay", filter, u"home work plain nameless done"_s);
+    row("nothing filters, so completed tasks stay", u"home work plain nameless done"_s, true);
 
-    filter.tagIDs = {u"t1"_s};
-    row("a tag, without completed tasks", filter, u"home"_s);
-    filter.excludesDone = false;
-    row("a tag", filter, u"home done"_s);
-    filter.tagIDs.insert(UntaggedTagID.toString());
-    row("a tag or none", filter, u"home plain nameless done"_s);
-    filter.tagIDs = {u"t3"_s};
-    row("the id of a nameless tag", filter, u"nameless"_s);
-    filter.tagIDs = {u"gone"_s};
-    row("a tag that nobody bears", filter, u""_s);
+    selection.tagIDs = {u"t1"_s};
+    row("a tag", u"home done"_s);
+    row("a tag, without completed tasks", u"home"_s, true);
+    selection.tagIDs.insert(UntaggedTagID.toString());
+    row("a tag or none", u"home plain nameless done"_s);
+    selection.tagIDs = {u"t3"_s};
+    row("the id of a nameless tag", u"nameless"_s);
+    selection.tagIDs = {u"gone"_s};
+    row("a tag that nobody bears", u""_s);
 
-    filter = {};
-    filter.flaggedOnly = true;
-    row("flagged", filter, u"work done"_s);
-    filter.tagIDs = {u"t1"_s};
-    row("flagged and a tag", filter, u"done"_s);
+    selection = {};
+    selection.flaggedOnly = true;
+    row("flagged", u"work done"_s);
+    selection.tagIDs = {u"t1"_s};
+    row("flagged and a tag", u"done"_s);
 
-    filter = {};
-    filter.priorities = {EisenhowerPriority::Unsorted};
-    row("unsorted, also without any quadrant", filter, u"home plain nameless done"_s);
-    filter.priorities = {EisenhowerPriority::DoNow, EisenhowerPriority::Schedule};
-    row("quadrants are alternatives", filter, u"work"_s);
+    selection = {};
+    selection.priorities = {EisenhowerPriority::Unsorted};
+    row("unsorted, also without any quadrant", u"home plain nameless done"_s);
+    selection.priorities = {EisenhowerPriority::DoNow, EisenhowerPriority::Schedule};
+    row("quadrants are alternatives", u"work"_s);
 
-    filter = {};
-    filter.sourceIDs = {u"omnifocus"_s};
-    row("a source", filter, u"work"_s);
-    filter.sourceIDs.insert(u"generic"_s);
-    row("sources are alternatives", filter, u"home work plain nameless done"_s);
-    filter.sourceIDs = {u"plaintext"_s};
-    row("a source without tasks", filter, u""_s);
+    selection = {};
+    selection.sourceIDs = {u"omnifocus"_s};
+    row("a source", u"work"_s);
+    selection.sourceIDs.insert(u"generic"_s);
+    row("sources are alternatives", u"home work plain nameless done"_s);
+    selection.sourceIDs = {u"plaintext"_s};
+    row("a source without tasks", u""_s);
 }
 
 void TestBoardRules::aFilterShowsWhatAllItsPartsAccept()
 {
-    QFETCH(TaskFilter, filter);
+    QFETCH(FilterSelection, selection);
+    QFETCH(bool, hidesDone);
     QFETCH(QString, shown);
+    const TaskFilter filter(selection,
+                            hidesDone ? TaskFilter::DoneTasks::Hidden : TaskFilter::DoneTasks::Shown);
 
     BaseWorkItem home(fieldsOf(u"home"_s));
     home.setTag(Tag{u"t1"_s, u"Home"_s});
@@ -393,7 +395,7 @@ void TestBoardRules::sourcesAreToldByClassNotById()
 
 } // namespace vantrel::test
 
-Q_DECLARE_METATYPE(vantrel::TaskFilter)
+Q_DECLARE_METATYPE(vantrel::FilterSelection)
 
 QTEST_GUILESS_MAIN(vantrel::test::TestBoardRules)
 #include "test_board_rules.moc"

@@ -9,21 +9,35 @@ namespace vantrel {
 /** The pseudo tag of tasks that have none. */
 inline constexpr QStringView UntaggedTagID = u"untagged";
 
-/**
- * Which tasks the board shows: one moment of the filters, to be asked for each task of a pass. Within a set
- * the values are alternatives, an empty set lets everything pass; between the parts all must hold. A value.
+/** What the user has chosen to see. Within a set the values are alternatives; an empty set does not filter.
  */
-struct TaskFilter
+struct FilterSelection
 {
     QSet<QString> tagIDs;
     QSet<EisenhowerPriority> priorities;
-    /** See sourceIdentifier(). */
+    /** See TaskFilter::sourceIdentifier. */
     QSet<QString> sourceIDs;
     bool flaggedOnly = false;
-    /** Hides completed tasks, but only while any of the other parts filters. */
-    bool excludesDone = false;
 
-    bool isActive() const;
+    bool isActive() const
+    {
+        return flaggedOnly || !tagIDs.isEmpty() || !priorities.isEmpty() || !sourceIDs.isEmpty();
+    }
+};
+
+/**
+ * Which tasks the board shows at one moment: all parts of a selection must accept a task. Made once for a
+ * pass over many tasks, so that the test of one task costs no more than looking at it. A value.
+ */
+class TaskFilter
+{
+public:
+    enum class DoneTasks { Shown, Hidden };
+
+    /** Completed tasks are hidden only while the selection filters anything. */
+    explicit TaskFilter(const FilterSelection &selection, DoneTasks doneTasks = DoneTasks::Shown);
+
+    bool isActive() const { return m_isActive; }
     bool accepts(const WorkItem &task) const;
 
     /** "omnifocus", "reminders", "plaintext" or "generic", by the item's class and not by its id. */
@@ -32,7 +46,18 @@ struct TaskFilter
     static bool isUntagged(const WorkItem &task);
 
 private:
+    using Bits = quint32;
+
     bool acceptsTag(const WorkItem &task) const;
+
+    bool m_isActive;
+    bool m_hidesDone;
+    bool m_flaggedOnly;
+    bool m_acceptsUntagged;
+    /** One bit a quadrant, and one an item class. */
+    Bits m_priorities = ~Bits(0);
+    Bits m_sources = ~Bits(0);
+    QSet<QString> m_tagIDs;
 };
 
 } // namespace vantrel
