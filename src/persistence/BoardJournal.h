@@ -11,10 +11,6 @@ namespace vantrel {
 /** What of a task a journal entry tells about. */
 enum class JournalSubject { Column, SwimLane, Completion, Blocked, Priority };
 
-/** The stored texts: "column", "swimLane", "completion", "blocked", "priority". */
-QString rawValue(JournalSubject subject);
-std::optional<JournalSubject> journalSubjectFromRawValue(QStringView text);
-
 /** One change of one task, as it was stored. Entries are only ever added. */
 struct JournalEntry
 {

@@ -15,14 +15,16 @@
 #include <QMutex>
 #include <QObject>
 
+#include <functional>
 #include <memory>
 #include <optional>
 #include <vector>
 
 namespace vantrel {
 
-class BoardConfigurationFiles;
-class BoardStore;
+struct BoardStore;
+template <typename Record>
+class ConfigurationFile;
 
 /**
  * All that the program remembers: the database of placements, blocks, quadrants, plain text tasks and the
@@ -36,8 +38,9 @@ class BoardStore;
  * - load... and get... block the caller until the database thread has come to them. They are for tests and
  *   for moments when no window is open; a screen awaits.
  *
- * A failed read is never an empty store: awaited reads give nothing instead. Blocking reads give the empty
- * list. What the user should know is told by problemFound().
+ * A failed read is never an empty store: awaited reads give nothing instead, also while failed writes wait,
+ * but for readBoardMemory(), which then says that it is behind. Blocking reads give the empty list. What the
+ * user should know is told by problemFound().
  */
 class PersistenceManager : public QObject
 {
@@ -52,7 +55,7 @@ public:
     /** Finishes all writes first. */
     ~PersistenceManager() override;
 
-    /** All problems found so far, oldest first: those of the start are found before anybody can listen. */
+    /** All problems found so far, oldest first. */
     std::vector<StorageProblem> problems() const;
 
     /** "taskPositions.sqlite", or its name in the testing environment. */
@@ -141,7 +144,7 @@ public:
 
     // The board journal. Changes that are stored here are journaled as they are stored.
 
-    /** Journals a completion that only the task's source stores. Plain text tasks are journaled by saving. */
+    /** Journals a completion. Plain text tasks are passed over: theirs are journaled as they are saved. */
     void journalCompletion(const QString &taskId, bool isComplete);
     /** The entries from `since` on, in order. */
     std::vector<JournalEntry> loadJournal(Date since);
@@ -169,7 +172,7 @@ public:
 
     /**
      * Copies the database to "{name}.backup-{time}" beside it, at most once a run. The path of the copy, or
-     * nothing if it could not be made.
+     * nothing if it could not be made: then nothing should be overwritten that the copy was to keep.
      */
     QCoro::Task<std::optional<QString>> backUpDatabase();
     /** Resumes when everything asked for before it is done. */
@@ -183,21 +186,29 @@ public:
     void cleanup();
 
 Q_SIGNALS:
+    /** Comes from the event loop: whoever connects before it first runs misses nothing. */
     void problemFound(const vantrel::StorageProblem &problem);
     /** Writes that had failed are stored now. */
     void writingRecovered();
 
 private:
-    StableIdMappings currentStableIds();
+    void makeDirectory();
     void report(const StorageProblem &problem);
-    std::optional<QString> backUpDatabaseNow();
+    std::vector<Column> currentColumns();
+    std::vector<SwimLane> currentSwimLanes();
+    StableIdMappings currentStableIds();
+    PersistentTaskPosition rowFor(const TaskPosition &place, const StableIdMappings &stableIds) const;
+    std::vector<PersistentTaskPosition> rowsFor(const std::vector<TaskPosition> &places);
+    /** Posts the change, to be made at the present time. */
+    void write(std::function<bool()> change);
 
     AppConfig m_config;
     UserDefaults &m_defaults;
     Clock &m_clock;
     mutable QMutex m_problemsMutex;
     std::vector<StorageProblem> m_problems;
-    std::unique_ptr<BoardConfigurationFiles> m_files;
+    std::unique_ptr<ConfigurationFile<Column>> m_boardFile;
+    std::unique_ptr<ConfigurationFile<SwimLane>> m_swimLaneFile;
     /** Last, so that its thread has ended before anything it reports to goes. */
     std::unique_ptr<BoardStore> m_store;
 };

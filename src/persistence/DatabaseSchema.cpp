@@ -1,0 +1,90 @@
+#include "persistence/DatabaseSchema.h"
+
+#include "foundations/Log.h"
+#include "persistence/sqlite/SqliteConnection.h"
+
+namespace vantrel {
+
+namespace {
+
+constexpr auto CreateTaskPositions =
+    "CREATE TABLE IF NOT EXISTS taskPositions (id TEXT PRIMARY KEY, columnId TEXT NOT NULL, position INTEGER "
+    "NOT NULL, lastUpdated REAL NOT NULL, stableColumnId TEXT, swimLaneId TEXT, stableSwimLaneId TEXT, "
+    "isBlocked INTEGER DEFAULT 0, blockReason TEXT);";
+
+constexpr auto CreateEisenhowerAssignments =
+    "CREATE TABLE IF NOT EXISTS eisenhowerAssignments (id TEXT PRIMARY KEY, priority TEXT NOT NULL, "
+    "lastUpdated REAL NOT NULL);";
+
+constexpr auto CreatePlainTextTasks =
+    "CREATE TABLE IF NOT EXISTS plainTextTasks (id TEXT PRIMARY KEY, name TEXT NOT NULL, note TEXT, "
+    "creationDate REAL NOT NULL, modificationDate REAL NOT NULL, dueDate REAL, deferDate REAL, "
+    "completionDate REAL, isFlagged INTEGER DEFAULT 0, isComplete INTEGER DEFAULT 0, projectName TEXT, "
+    "projectId TEXT, tagName TEXT, tagId TEXT, hashtags TEXT, originalText TEXT);";
+
+void createTable(SqliteConnection &connection, const char *sql, const QString &success,
+                 const QString &failure)
+{
+    if (connection.execute(sql)) {
+        log::info(success);
+    } else {
+        log::error(failure);
+    }
+}
+
+void addColumn(SqliteConnection &connection, const char *sql, const QString &name)
+{
+    if (connection.execute(sql)) {
+        log::info(u"Added " + name + u" column to plainTextTasks table");
+    } else {
+        log::warning(u"Failed to add " + name + u" column (it might already exist)");
+    }
+}
+
+/** Databases of the first versions lack the last two columns of plainTextTasks. */
+void migrateDatabase(SqliteConnection &connection)
+{
+    log::info(QStringLiteral("Checking if database needs migration..."));
+    bool hasHashtags = false;
+    bool hasOriginalText = false;
+    {
+        SqliteStatement columns = connection.prepare("PRAGMA table_info(plainTextTasks);");
+        while (columns.step()) {
+            const QString name = columns.text(1);
+            hasHashtags = hasHashtags || name == u"hashtags";
+            hasOriginalText = hasOriginalText || name == u"originalText";
+        }
+    }
+    if (hasHashtags && hasOriginalText) {
+        log::info(QStringLiteral("Database schema is up to date, no migration needed"));
+        return;
+    }
+    log::info(QStringLiteral("Database needs migration to add new columns"));
+    if (!hasHashtags) {
+        addColumn(connection, "ALTER TABLE plainTextTasks ADD COLUMN hashtags TEXT;",
+                  QStringLiteral("hashtags"));
+    }
+    if (!hasOriginalText) {
+        addColumn(connection, "ALTER TABLE plainTextTasks ADD COLUMN originalText TEXT;",
+                  QStringLiteral("originalText"));
+    }
+    log::info(QStringLiteral("Database migration completed"));
+}
+
+} // namespace
+
+void createTables(SqliteConnection &connection)
+{
+    createTable(connection, CreateTaskPositions,
+                QStringLiteral("Task positions database initialized successfully"),
+                QStringLiteral("Failed to initialize task positions database"));
+    createTable(connection, CreateEisenhowerAssignments,
+                QStringLiteral("Eisenhower assignments database initialized successfully"),
+                QStringLiteral("Failed to initialize Eisenhower assignments database"));
+    createTable(connection, CreatePlainTextTasks,
+                QStringLiteral("Plain text tasks database initialized successfully"),
+                QStringLiteral("Failed to initialize plain text tasks database"));
+    migrateDatabase(connection);
+}
+
+} // namespace vantrel
