@@ -31,6 +31,7 @@ namespace vantrel {
 class Announcer;
 class BackgroundSaveIndicator;
 class BaseWorkItem;
+class PlainTextTaskManager;
 class Screen;
 class SoundManager;
 class TaskManagerFactory;
@@ -162,8 +163,8 @@ public:
     bool didActOnLastDirectMove() const { return m_didActOnLastDirectMove; }
     /** Takes a task that exists in no source any more off the board and out of all that remembers it. */
     void removeTask(const QString &taskId);
-    QCoro::Task<bool> removePlainTextTasks(QStringList taskIds);
-    QCoro::Task<bool> removeAllPlainTextTasks();
+    bool removePlainTextTasks(const QStringList &taskIds);
+    bool removeAllPlainTextTasks();
     /** Puts a task that its source has just created on the board. */
     void registerPlainTextTask(const WorkItemPtr &task, ColumnId columnId, SwimLaneId swimLaneId,
                                int position);
@@ -271,6 +272,55 @@ Q_SIGNALS:
 
 private:
     struct OrganizationRun;
+    struct Relocation;
+    enum class TellSource { Yes, No };
+
+    void followManagers();
+    /** Those of `tasks` that pass the filters. */
+    WorkItems shown(WorkItems tasks) const;
+
+    // Loading
+
+    void setLoading(BoardLoadingState state, const QString &error = {});
+    void setLoadingProgress(double progress, const QString &message);
+    void copyRepositoryProgress();
+
+    // Organisation
+
+    QCoro::Task<> continueOrganizeTasks(quint64 number, TaskSources answered);
+    void noteWhetherStoreWasRead(bool wasRead);
+    void clearFocusOfVanishedTask();
+
+    // Moves
+
+    void performMove(const WorkItemPtr &task, ColumnId to, std::optional<SwimLaneId> swimLaneId,
+                     std::optional<int> position, TellSource tellSource);
+    void handleReorderWithinLocation(const WorkItemPtr &task, const Column &column, SwimLaneId swimLaneId,
+                                     std::optional<int> targetPosition);
+    void handleMoveBetweenLocations(const Relocation &move);
+    void updatePositionsAfterMove(const Relocation &move);
+    void giveMoveFeedback(const Relocation &move);
+    QCoro::Task<> updateTaskManagerForTaskMove(WorkItemPtr task, Column target, SwimLaneId swimLaneId);
+    QCoro::Task<> retryOperation(WorkItemPtr task, TaskPosition place, bool isComplete);
+    void takeOverCompletion(const QString &taskId, bool isComplete);
+    void finishSourceUpdate(const WorkItemPtr &task, bool isComplete, ColumnId columnId,
+                            SwimLaneId swimLaneId);
+    bool wasOvertaken(const QString &taskId, bool isComplete) const;
+    void failOperation(const QString &taskId, const QString &message, const QString &error);
+    void markTaskOperationSuccessful(const QString &taskId, double delay);
+    void setTaskOperationStatus(const QString &taskId, const TaskMoveStatus &status);
+    /** Puts a task that is new in a cell to its place there: in front of what has the number, or at the end.
+     */
+    void placeNewcomer(const QString &taskId, CellId cell, std::optional<int> position);
+    void placeInColumn(const WorkItemPtr &task, ColumnId columnId, SwimLaneId swimLaneId,
+                       std::optional<int> position);
+    SwimLaneId existingSwimLane(std::optional<SwimLaneId> swimLaneId) const;
+    void densify(CellId cell);
+    void appendNumbered(CellId cell, PersistenceOperation &operation) const;
+    /** Forgets a task in memory; a plain text task for good. */
+    void forgetTask(const QString &taskId);
+    bool noteRemoval(bool isRemoved);
+    PlainTextTaskManager *plainTextManager() const;
 
     // Notifications (BoardState_Notifications.cpp)
     void observeNotifications();
@@ -279,6 +329,12 @@ private:
     void handlePriorityFilterChangedNotification(const Notification &notification);
     void handleToggleTaskFocusModeNotification(const Notification &notification);
     void handleTaskAddedToBoardStateNotification(const Notification &notification);
+    QCoro::Task<> takeOverPlainTextTask(QString taskId);
+    QCoro::Task<> addPlainTextTask(QString taskId);
+    QCoro::Task<WorkItemPtr> reloadPlainTextTask(QString taskId);
+    std::optional<TaskPosition> placeWithoutRow(const QString &taskId) const;
+    void moveDirectly(const WorkItemPtr &task, CellId cell, int position);
+    void guardUpdate();
     void post(NotificationName name, const QVariant &object = {}, const QVariantMap &userInfo = {});
 
     // Edits (BoardState_Edits.cpp)
@@ -318,7 +374,6 @@ private:
     void setPlacement(const TaskPosition &position, Tie tie = Tie::AsArrived);
     /** Takes a task from its place, touching it. */
     bool removePlacement(const QString &taskId);
-    void setTaskOperationStatus(const QString &taskId, const TaskMoveStatus &status);
     void postSwimLaneWIPCountsChanged();
 
     BoardServices m_services;
@@ -341,6 +396,16 @@ private:
     Placements m_placements;
     /** What was touched since the organisation under way began. */
     QSet<QString> m_touchedTaskIds;
+    /** Plain text tasks deleted in this run: no fetch that began earlier brings them back. */
+    QSet<QString> m_deletedTaskIds;
+    bool m_isOrganizing = false;
+    /** Grows with each organizeTasks(): an older run finds that it is not meant any more. */
+    quint64 m_organizationRun = 0;
+    TaskSources m_lastAnswered = AllTaskSources;
+    bool m_hasToldOfFailedRead = false;
+    quint64 m_filterRevision = 0;
+    /** Lives while the repository's progress is followed. */
+    std::unique_ptr<QObject> m_repositoryWatch;
     bool m_isUpdating = false;
     bool m_didActOnLastDirectMove = false;
     bool m_isChangeScheduled = false;

@@ -129,6 +129,15 @@ bool Placements::remove(QString taskId)
     return true;
 }
 
+void Placements::removePlacesWithoutTask()
+{
+    for (const Slot &slot : m_slots) {
+        if (slot.isPlaced && !slot.task) {
+            remove(slot.place.taskId);
+        }
+    }
+}
+
 QStringList Placements::densify(CellId cell)
 {
     QStringList changed;

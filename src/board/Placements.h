@@ -59,6 +59,8 @@ public:
     void set(const TaskPosition &position, Tie tie = Tie::AsArrived);
     /** False if the task had no place. */
     bool remove(QString taskId);
+    /** Forgets the places of tasks that are gone. */
+    void removePlacesWithoutTask();
     /**
      * Numbers a cell from 0 in the order that it shows, which changes nothing to see. Gives the ids of the
      * tasks whose number changed.

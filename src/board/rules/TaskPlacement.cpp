@@ -292,8 +292,7 @@ void Placing::sortOutAbsentRows()
         }
         if (m_question.answered.testFlag(sourceOf(row.id))) {
             const Column *column = m_columnsById.value(row.columnId);
-            m_answer.stale.append(row.id);
-            m_answer.staleCompletedCount += column && column->isCompleted() ? 1 : 0;
+            m_answer.stale.push_back({row.id, column && column->isCompleted()});
         } else if (row.swimLaneId) {
             m_absentRows[{*row.swimLaneId, row.columnId}].push_back(&row);
         }
@@ -402,11 +401,6 @@ void Placing::collectChanges()
     m_answer.changed.reserve(changed.size());
     for (const Candidate *candidate : changed) {
         m_answer.changed.push_back(*candidate->place);
-    }
-    for (const TaskPosition &place : m_question.current) {
-        if (!m_candidatesById.contains(place.taskId)) {
-            m_answer.displaced.append(place.taskId);
-        }
     }
 }
 

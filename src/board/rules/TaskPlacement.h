@@ -44,19 +44,25 @@ struct PlacementQuestion
     Date now;
 };
 
+/** A row that no task will ever ask for again. */
+struct StaleRow
+{
+    QString id;
+    bool isInCompletedColumn = false;
+    friend bool operator==(const StaleRow &, const StaleRow &) = default;
+};
+
 struct PlacementAnswer
 {
     /** Places that differ from the current ones, each cell's in the order in which it will show them. */
     std::vector<TaskPosition> changed;
-    /** Ids that have a place now and lose it. */
+    /** Tasks that have a place now and lose it. */
     QStringList displaced;
     /** Rows that differ from what was read in more than their date. */
     std::vector<PersistentTaskPosition> rowsToWrite;
     /** Rows that the placed tasks have, written or not. */
     qsizetype rowCount = 0;
-    /** Ids of rows that no task will ever ask for again. */
-    QStringList stale;
-    qsizetype staleCompletedCount = 0;
+    std::vector<StaleRow> stale;
     /** True if rows were read and none of them names a column that exists. */
     bool matchesNoColumn = false;
 };
