@@ -12,7 +12,7 @@ Image {
     height: size
     sourceSize.width: size
     sourceSize.height: size
-    source: symbol === "" ? "" : "image://symbols/" + symbol + "?" + color
+    source: symbol === "" ? "" : "image://symbols/" + symbol + "/" + String(color).slice(1)
     fillMode: Image.PreserveAspectFit
     Accessible.ignored: true
 }

@@ -1,0 +1,55 @@
+import QtQuick
+import Vantrel.ViewModels
+
+/** The main window. Empty grounds first; what costs time to make comes behind the first frame. */
+Window {
+    id: root
+
+    required property AppViewModel app
+
+    width: 1000
+    height: 700
+    minimumWidth: 560
+    minimumHeight: 400
+    visible: true
+    title: qsTr("Vantrel")
+    color: Theme.window
+
+    Binding {
+        target: Theme
+        property: "dark"
+        value: root.app.appearance.dark
+    }
+    Binding {
+        target: Theme
+        property: "reducedMotion"
+        value: root.app.appearance.reducedMotion
+    }
+
+    // What the shell will cover: the first frame shows the window's parts already.
+    Rectangle {
+        width: parent.width
+        height: Theme.toolbarHeight
+        color: Theme.surface
+
+        Rectangle {
+            anchors.bottom: parent.bottom
+            width: parent.width
+            height: 1
+            color: Theme.line
+        }
+    }
+
+    Loader {
+        id: shell
+        objectName: "shell"
+        anchors.fill: parent
+        active: false
+        focus: true
+        sourceComponent: Shell {
+            app: root.app
+        }
+    }
+
+    onFrameSwapped: if (!shell.active) shell.active = true
+}

@@ -1,0 +1,98 @@
+import QtQuick
+import QtQuick.Templates as T
+import Vantrel.ViewModels
+
+/** A passing notice that rises from the bottom. */
+Item {
+    id: root
+
+    required property ToastViewModel toast
+    property real maximumWidth: 600
+
+    objectName: "toast-notification"
+    width: Math.min(maximumWidth, message.implicitWidth + 88)
+    height: Math.max(40, message.height + 20)
+    opacity: toast.showing ? 1 : 0
+    visible: opacity > 0
+    Accessible.role: Accessible.AlertMessage
+    Accessible.name: toast.accessibleLabel
+    Accessible.description: qsTr("Double tap to dismiss notification")
+    Accessible.onPressAction: root.toast.dismiss()
+
+    readonly property color toneColor: {
+        switch (toast.tone) {
+        case ToastViewModel.Success: return Theme.green;
+        case ToastViewModel.Warning: return Theme.amber;
+        case ToastViewModel.Error: return Theme.red;
+        default: return Theme.accent;
+        }
+    }
+
+    transform: Translate {
+        y: root.toast.showing ? 0 : 12
+
+        Behavior on y {
+            NumberAnimation { duration: Theme.move; easing.type: Easing.OutCubic }
+        }
+    }
+    Behavior on opacity {
+        NumberAnimation { duration: Theme.move }
+    }
+
+    Rectangle {
+        anchors.fill: parent
+        anchors.margins: -2
+        anchors.topMargin: 3
+        anchors.bottomMargin: -6
+        radius: Theme.controlRadius + 3
+        color: Theme.liftedShadow
+    }
+    Rectangle {
+        anchors.fill: parent
+        radius: Theme.controlRadius
+        color: Theme.surface
+        border.width: 1
+        border.color: Theme.strongLine
+    }
+    SymbolImage {
+        x: 14
+        anchors.verticalCenter: parent.verticalCenter
+        symbol: root.toast.symbol
+        color: root.toneColor
+    }
+    ThemedText {
+        id: message
+        x: 42
+        anchors.verticalCenter: parent.verticalCenter
+        width: root.width - 88
+        text: root.toast.message
+        wrapMode: Text.Wrap
+    }
+    T.AbstractButton {
+        id: dismissButton
+        anchors.right: parent.right
+        anchors.rightMargin: 10
+        anchors.verticalCenter: parent.verticalCenter
+        width: 24
+        height: 24
+        hoverEnabled: true
+        Accessible.role: Accessible.Button
+        Accessible.name: qsTr("Dismiss notification")
+        Accessible.description: qsTr("Dismisses the current notification")
+        Accessible.onPressAction: dismissButton.clicked()
+        onClicked: root.toast.dismiss()
+
+        contentItem: Item {
+            SymbolImage {
+                anchors.centerIn: parent
+                symbol: "xmark"
+                size: 14
+                color: Theme.secondaryText
+            }
+        }
+        background: Rectangle {
+            radius: Theme.chipRadius
+            color: dismissButton.hovered ? Theme.hover : "transparent"
+        }
+    }
+}

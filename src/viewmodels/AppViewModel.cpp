@@ -1,0 +1,46 @@
+#include "viewmodels/AppViewModel.h"
+
+#include "foundations/Log.h"
+#include "foundations/NotificationNames.h"
+#include "sources/TaskManagerFactory.h"
+
+namespace vantrel {
+
+namespace {
+constexpr double ContentDelay = 0.3;
+} // namespace
+
+AppViewModel::AppViewModel(const ViewModelServices &services, QObject *parent)
+    : QObject(parent),
+      m_boardState(services.board),
+      m_notifications(services.notifications),
+      m_clock(services.clock),
+      m_saveIndicator(services.saveIndicator),
+      m_appearance(services.appearance),
+      m_loading(services.board),
+      m_taskList(services.board, services.repository, services.managers, services.notifications,
+                 services.announcer, services.clock),
+      m_board(services),
+      m_commands(services.notifications, services.defaults),
+      m_quickAdd(services.managers.manager(TaskManagerType::PlainText), services.notifications,
+                 services.announcer),
+      m_toast(services.toasts),
+      m_gauge(services.board)
+{
+    connect(&m_saveIndicator, &BackgroundSaveIndicator::isSavingChanged, this, &AppViewModel::savingChanged);
+    connect(&m_boardState, &BoardState::taskFocusChanged, this, &AppViewModel::taskFocusChanged);
+    connect(&m_taskList, &TaskListViewModel::viewModeChanged, this,
+            [this] { m_commands.setViewMode(m_taskList.currentViewMode()); });
+}
+
+void AppViewModel::contentAppeared()
+{
+    m_taskList.loadTasks();
+    m_clock.after(ContentDelay, this, [this] {
+        log::debug(QStringLiteral("Triggering SwimLane WIP count update when content view appears"));
+        m_notifications.post(notifications::SwimLaneWIPCountsChanged,
+                             QVariant::fromValue<QObject *>(&m_boardState));
+    });
+}
+
+} // namespace vantrel

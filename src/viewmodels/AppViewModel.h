@@ -1,0 +1,91 @@
+#pragma once
+
+#include "persistence/BackgroundSaveIndicator.h"
+#include "viewmodels/AppearanceModel.h"
+#include "viewmodels/BoardLoadingViewModel.h"
+#include "viewmodels/BoardViewModel.h"
+#include "viewmodels/Commands.h"
+#include "viewmodels/QuickAddViewModel.h"
+#include "viewmodels/TaskListViewModel.h"
+#include "viewmodels/ToastViewModel.h"
+#include "viewmodels/WIPGaugeViewModel.h"
+
+#include <QObject>
+#include <QtQml/qqmlregistration.h>
+
+namespace vantrel {
+
+class TimeManager;
+
+/** What the view models need of the program. Everything outlives them. */
+struct ViewModelServices
+{
+    BoardState &board;
+    TaskBlockingManager &blocking;
+    TaskRepository &repository;
+    TaskManagerFactory &managers;
+    NotificationCenter &notifications;
+    UserDefaults &defaults;
+    Clock &clock;
+    TimeManager &time;
+    Announcer &announcer;
+    SoundManager &sounds;
+    ToastManager &toasts;
+    BackgroundSaveIndicator &saveIndicator;
+    const DesktopAppearance &appearance;
+};
+
+/** All view models of the main window, as the window gets them. Owned by whoever opens the window; GUI
+ * thread. */
+class AppViewModel : public QObject
+{
+    Q_OBJECT
+    QML_ELEMENT
+    QML_UNCREATABLE("Made by the program")
+    Q_PROPERTY(vantrel::AppearanceModel *appearance READ appearance CONSTANT)
+    Q_PROPERTY(vantrel::BoardLoadingViewModel *loading READ loading CONSTANT)
+    Q_PROPERTY(vantrel::TaskListViewModel *taskList READ taskList CONSTANT)
+    Q_PROPERTY(vantrel::BoardViewModel *board READ board CONSTANT)
+    Q_PROPERTY(vantrel::Commands *commands READ commands CONSTANT)
+    Q_PROPERTY(vantrel::QuickAddViewModel *quickAdd READ quickAdd CONSTANT)
+    Q_PROPERTY(vantrel::ToastViewModel *toast READ toast CONSTANT)
+    Q_PROPERTY(vantrel::WIPGaugeViewModel *gauge READ gauge CONSTANT)
+    Q_PROPERTY(bool saving READ isSaving NOTIFY savingChanged)
+    Q_PROPERTY(bool taskFocusActive READ isTaskFocusActive NOTIFY taskFocusChanged)
+public:
+    explicit AppViewModel(const ViewModelServices &services, QObject *parent = nullptr);
+
+    AppearanceModel *appearance() { return &m_appearance; }
+    BoardLoadingViewModel *loading() { return &m_loading; }
+    TaskListViewModel *taskList() { return &m_taskList; }
+    BoardViewModel *board() { return &m_board; }
+    Commands *commands() { return &m_commands; }
+    QuickAddViewModel *quickAdd() { return &m_quickAdd; }
+    ToastViewModel *toast() { return &m_toast; }
+    WIPGaugeViewModel *gauge() { return &m_gauge; }
+    bool isSaving() const { return m_saveIndicator.isSaving(); }
+    bool isTaskFocusActive() const { return m_boardState.isTaskFocusActive(); }
+
+    /** To be called when the content first stands in the window. */
+    Q_INVOKABLE void contentAppeared();
+
+Q_SIGNALS:
+    void savingChanged();
+    void taskFocusChanged();
+
+private:
+    BoardState &m_boardState;
+    NotificationCenter &m_notifications;
+    Clock &m_clock;
+    BackgroundSaveIndicator &m_saveIndicator;
+    AppearanceModel m_appearance;
+    BoardLoadingViewModel m_loading;
+    TaskListViewModel m_taskList;
+    BoardViewModel m_board;
+    Commands m_commands;
+    QuickAddViewModel m_quickAdd;
+    ToastViewModel m_toast;
+    WIPGaugeViewModel m_gauge;
+};
+
+} // namespace vantrel
