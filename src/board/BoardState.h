@@ -353,9 +353,8 @@ private:
     /** Changes all places that `isMeant`: each goes behind its new cell, in the old order. Gives these cells.
      */
     QSet<CellId> relocate(const PlaceTest &isMeant, const PlaceChange &change);
-    /** Numbers the cells from 0 in the order that they show, and has that stored. */
+    /** Has the cells stored as they show, in one operation. */
     void storeCells(const QSet<CellId> &cells);
-    void storePlaces(std::vector<TaskPosition> places);
 
     // Priorities (BoardState_Priorities.cpp)
     void setQuadrant(const QString &taskId, EisenhowerPriority priority);

@@ -88,10 +88,8 @@ WorkItems BoardState::tasksForColumnAndSwimLane(ColumnId columnId, SwimLaneId sw
 
 WorkItems BoardState::shown(WorkItems tasks) const
 {
-    if (m_filterManager.isFilterActive()) {
-        std::erase_if(tasks, [this](const WorkItemPtr &task) {
-            return !m_filterManager.isTaskVisibleWithFilters(*task);
-        });
+    if (const TaskFilter filter = m_filterManager.taskFilter(); filter.isActive()) {
+        std::erase_if(tasks, [&filter](const WorkItemPtr &task) { return !filter.accepts(*task); });
     }
     return tasks;
 }

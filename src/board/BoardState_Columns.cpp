@@ -22,12 +22,10 @@ void BoardState::updateColumn(const Column &column)
         return;
     }
     if (column.isCompleted() != wasCompleted) {
-        std::vector<TaskPosition> places;
         for (const WorkItemPtr &task : tasksByColumn(column.id)) {
             updateTaskCompletionStatus(task->id(), column.isCompleted());
-            places.push_back(*m_placements.find(task->id()));
         }
-        storePlaces(std::move(places));
+        updateTaskPositions(column.id);
     }
     m_columnManager.refreshColumns();
     invalidateDerivedCollections();

@@ -46,7 +46,7 @@ QSet<CellId> BoardState::relocate(const PlaceTest &isMeant, const PlaceChange &c
         change(place);
         const CellId cell = m_placements.shownCell(place);
         if (!nextPosition.contains(cell)) {
-            m_placements.densify(cell);
+            densify(cell);
             nextPosition.insert(cell, static_cast<int>(m_placements.size(cell)));
         }
         place.position = nextPosition[cell]++;
@@ -57,23 +57,12 @@ QSet<CellId> BoardState::relocate(const PlaceTest &isMeant, const PlaceChange &c
 
 void BoardState::storeCells(const QSet<CellId> &cells)
 {
-    std::vector<TaskPosition> places;
+    PersistenceOperation operation;
     for (const CellId &cell : cells) {
-        m_placements.densify(cell);
-        for (const TaskPosition &place : m_placements.placesIn(cell)) {
-            // A place in a swimlane that is gone stays stored as it is until its task is moved.
-            if (place.swimLaneId == cell.swimLane) {
-                places.push_back(place);
-            }
-        }
+        appendNumbered(cell, operation);
     }
-    storePlaces(std::move(places));
-}
-
-void BoardState::storePlaces(std::vector<TaskPosition> places)
-{
-    if (!places.empty()) {
-        m_persistenceQueue.enqueue(PersistenceOperation{std::move(places)});
+    if (!operation.taskPositionUpdates.empty()) {
+        m_persistenceQueue.enqueue(std::move(operation));
     }
 }
 

@@ -4,6 +4,7 @@
 #include "board/rules/Ordering.h"
 #include "foundations/Log.h"
 #include "persistence/PersistenceManager.h"
+#include "persistence/StableIds.h"
 
 #include <algorithm>
 
@@ -57,9 +58,8 @@ bool ColumnManager::updateColumn(const Column &column)
         return false;
     }
     Column updated = column;
-    if (!updated.stableId) {
-        updated.stableId = m_columns[index].stableId;
-    }
+    // A role is given once: rows are stored under it.
+    updated.stableId = m_columns[index].stableId;
     if (updated.type == m_columns[index].type) {
         m_columns[index] = updated;
     } else {
@@ -131,16 +131,15 @@ bool ColumnManager::validateColumnTypeOrder(const std::vector<ColumnType> &types
     return isValidColumnTypeOrder(types);
 }
 
-void ColumnManager::insertByType(Column column)
+void ColumnManager::insertByType(const Column &column)
 {
-    column.position = insertionIndex(m_columns, column.type);
-    column.stableId = uniqueStableId(column, m_columns);
-    m_columns.insert(m_columns.begin() + column.position, column);
+    m_columns.insert(m_columns.begin() + insertionIndex(m_columns, column.type), column);
 }
 
 void ColumnManager::renumberAndSave()
 {
     numberByIndex(m_columns);
+    assignStableIds(m_columns);
     m_persistence.saveBoardConfiguration(m_columns);
     Q_EMIT columnsChanged();
 }

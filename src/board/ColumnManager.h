@@ -54,7 +54,7 @@ Q_SIGNALS:
     void columnsChanged();
 
 private:
-    void insertByType(Column column);
+    void insertByType(const Column &column);
     void renumberAndSave();
 
     PersistenceManager &m_persistence;

@@ -6,29 +6,13 @@
 #include "foundations/NotificationNames.h"
 #include "foundations/Text.h"
 #include "persistence/PersistenceManager.h"
+#include "persistence/StableIds.h"
 
 #include <algorithm>
 
 namespace vantrel {
 
 namespace {
-
-QString ownStableId(SwimLaneId id)
-{
-    return u"swimlane_" + id.text();
-}
-
-/** Of several default swimlanes the first is it; the others become ordinary ones. */
-void keepOneDefault(std::vector<SwimLane> &swimLanes)
-{
-    bool hasDefault = false;
-    for (SwimLane &lane : swimLanes) {
-        if (lane.stableId.isEmpty() || (lane.isDefault() && hasDefault)) {
-            lane.stableId = ownStableId(lane.id);
-        }
-        hasDefault = hasDefault || lane.isDefault();
-    }
-}
 
 bool hasDefault(const std::vector<SwimLane> &swimLanes)
 {
@@ -50,7 +34,6 @@ SwimLaneManager::SwimLaneManager(PersistenceManager &persistence, NotificationCe
     : QObject(parent), m_persistence(persistence), m_notifications(notifications), m_clock(clock)
 {
     m_swimLanes = m_persistence.loadSwimLaneConfiguration().value_or(std::vector<SwimLane>());
-    keepOneDefault(m_swimLanes);
     if (!hasDefault(m_swimLanes)) {
         addDefaultSwimLane();
     }
@@ -83,8 +66,11 @@ QString SwimLaneManager::getSwimLaneName(SwimLaneId id) const
 
 bool SwimLaneManager::addSwimLane(const SwimLane &swimLane)
 {
-    m_swimLanes.push_back(swimLane);
-    keepOneDefault(m_swimLanes);
+    SwimLane added = swimLane;
+    if (added.stableId.isEmpty() || added.isDefault()) {
+        added.stableId = stableIdForSwimLane(added.id);
+    }
+    m_swimLanes.push_back(added);
     saveAndTriggerUpdates();
     return true;
 }

@@ -58,7 +58,6 @@ private Q_SLOTS:
     void aNewColumnJoinsItsType();
     void anElementMovesToTheIndexAfterItsRemoval_data();
     void anElementMovesToTheIndexAfterItsRemoval();
-    void noTwoColumnsShareAStableId();
     void aLimitCountsItsCellOrItsColumn_data();
     void aLimitCountsItsCellOrItsColumn();
     void theGaugeFollowsItsThresholds_data();
@@ -141,21 +140,6 @@ void TestBoardRules::anElementMovesToTheIndexAfterItsRemoval()
     QVERIFY(!canMoveElement(list, 0, -1));
     QVERIFY(!canMoveElement(list, 4, 0));
     QVERIFY(!canMoveElement(list, 0, 4));
-}
-
-void TestBoardRules::noTwoColumnsShareAStableId()
-{
-    std::vector<Column> columns = columnsOf(u"qqq"_s);
-    columns[0].stableId = u"queue_7"_s;
-    columns[1].stableId = u"queue_7_2"_s;
-    columns[2].stableId = u"queue_7"_s;
-
-    QCOMPARE(uniqueStableId(columns[2], columns), u"queue_7_3"_s);
-    QCOMPARE(uniqueStableId(columns[1], columns), u"queue_7_2"_s);
-
-    Column unnamed = columnsOf(u"a"_s).front();
-    unnamed.name = u"Doing"_s;
-    QCOMPARE(uniqueStableId(unnamed, columns), u"default_active"_s);
 }
 
 void TestBoardRules::aLimitCountsItsCellOrItsColumn_data()

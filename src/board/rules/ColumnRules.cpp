@@ -40,22 +40,6 @@ int insertionIndex(const std::vector<Column> &columns, ColumnType type)
     Q_UNREACHABLE();
 }
 
-QString uniqueStableId(const Column &column, const std::vector<Column> &others)
-{
-    const QString wanted =
-        column.stableId ? *column.stableId : generateStableId(column.type, column.name, column.position);
-    const auto isTaken = [&](const QString &id) {
-        return std::any_of(others.begin(), others.end(), [&](const Column &other) {
-            return other.id != column.id && other.stableId == id;
-        });
-    };
-    QString unique = wanted;
-    for (int number = 2; isTaken(unique); ++number) {
-        unique = wanted + u'_' + QString::number(number);
-    }
-    return unique;
-}
-
 bool isWIPLimitExceeded(const Column &column, int cellCount, int columnCount)
 {
     if (column.isCompleted() || !column.wipLimit) {

@@ -15,9 +15,6 @@ bool isValidColumnTypeOrder(const std::vector<ColumnType> &types);
  */
 int insertionIndex(const std::vector<Column> &columns, ColumnType type);
 
-/** The column's stable id, or a generated one; with "_2", "_3" ... where one of `others` has it already. */
-QString uniqueStableId(const Column &column, const std::vector<Column> &others);
-
 /**
  * True if an open column holds more incomplete tasks than it should: `cellCount` of them in the swimlane
  * looked at, `columnCount` over all swimlanes.
