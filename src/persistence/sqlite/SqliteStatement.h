@@ -5,6 +5,7 @@
 #include <QByteArrayView>
 #include <QString>
 
+#include <concepts>
 #include <optional>
 #include <variant>
 
@@ -38,7 +39,8 @@ public:
     bool bind(int parameter, const QString &text) { return bind(parameter, QStringView(text)); }
     bool bind(int parameter, qint64 number);
     bool bind(int parameter, int number) { return bind(parameter, qint64(number)); }
-    bool bind(int parameter, bool isSet) { return bind(parameter, qint64(isSet ? 1 : 0)); }
+    /** A template, because a pointer would turn into a bool rather than into a text. */
+    bool bind(int parameter, std::same_as<bool> auto isSet) { return bind(parameter, qint64(isSet ? 1 : 0)); }
     bool bind(int parameter, double number);
     bool bind(int parameter, Date date) { return bind(parameter, date.seconds()); }
     bool bind(int parameter, std::monostate) { return bindNull(parameter); }
