@@ -16,7 +16,6 @@
 namespace vantrel {
 
 class TimeManager;
-class UrlOpener;
 
 /** What the view models need of the program. Everything outlives them. */
 struct ViewModelServices
@@ -32,7 +31,6 @@ struct ViewModelServices
     Announcer &announcer;
     SoundManager &sounds;
     ToastManager &toasts;
-    UrlOpener &urls;
     BackgroundSaveIndicator &saveIndicator;
     const DesktopAppearance &appearance;
 };
