@@ -100,7 +100,8 @@ QCoro::Task<FetchedTasks> TaskRepository::fetchTasks(bool forceRefresh)
     if (run->failure) {
         std::rethrow_exception(run->failure);
     }
-    co_return run->result;
+    // A copy by name: QCoro would move out of an lvalue, and others wait for the same result.
+    co_return FetchedTasks(run->result);
 }
 
 FetchedTasks TaskRepository::serveCache()
