@@ -16,6 +16,7 @@
 namespace vantrel {
 
 class TimeManager;
+class UrlOpener;
 
 /** What the view models need of the program. Everything outlives them. */
 struct ViewModelServices
@@ -31,6 +32,7 @@ struct ViewModelServices
     Announcer &announcer;
     SoundManager &sounds;
     ToastManager &toasts;
+    UrlOpener &urls;
     BackgroundSaveIndicator &saveIndicator;
     const DesktopAppearance &appearance;
 };

@@ -5,6 +5,7 @@
 #include "foundations/BaseWorkItem.h"
 #include "foundations/OmniFocusTask.h"
 #include "foundations/ReminderWorkItem.h"
+#include "support/TestRegistry.h"
 
 #include <QTest>
 
@@ -377,9 +378,10 @@ void TestBoardRules::sourcesAreToldByClassNotById()
     QCOMPARE(TaskFilter::sourceIdentifier(ReminderWorkItem(fieldsOf(id), {})), u"reminders"_s);
 }
 
+VANTREL_REGISTER_TEST(TestBoardRules)
+
 } // namespace vantrel::test
 
 Q_DECLARE_METATYPE(vantrel::FilterSelection)
 
-QTEST_GUILESS_MAIN(vantrel::test::TestBoardRules)
 #include "test_board_rules.moc"

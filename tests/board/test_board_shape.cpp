@@ -2,6 +2,7 @@
 #include "board/SwimLaneManager.h"
 #include "foundations/Log.h"
 #include "foundations/NotificationNames.h"
+#include "support/TestRegistry.h"
 #include "support/TestStore.h"
 
 #include <QSignalSpy>
@@ -349,7 +350,8 @@ void TestBoardShape::someSwimLanesCannotBeRemoved()
     QCOMPARE(manager->swimLanes(), before);
 }
 
+VANTREL_REGISTER_TEST(TestBoardShape)
+
 } // namespace vantrel::test
 
-QTEST_GUILESS_MAIN(vantrel::test::TestBoardShape)
 #include "test_board_shape.moc"

@@ -6,6 +6,7 @@
 #include "foundations/DefaultsKeys.h"
 #include "foundations/NotificationNames.h"
 #include "foundations/UserDefaults.h"
+#include "support/TestRegistry.h"
 
 #include <QSignalSpy>
 #include <QTemporaryDir>
@@ -246,7 +247,8 @@ void TestFiltersAndGauge::aColumnIsNotDroppedWhereItMayNotStand()
     QVERIFY(!drag.moveColumn(0, -1, columns, anyOrder));
 }
 
+VANTREL_REGISTER_TEST(TestFiltersAndGauge)
+
 } // namespace vantrel::test
 
-QTEST_GUILESS_MAIN(vantrel::test::TestFiltersAndGauge)
 #include "test_filters_and_gauge.moc"

@@ -1,0 +1,389 @@
+#include "viewmodels/BoardViewModel.h"
+
+#include "feedback/Announcer.h"
+#include "feedback/DesktopPorts.h"
+#include "feedback/ToastManager.h"
+#include "foundations/DefaultsKeys.h"
+#include "foundations/NotificationNames.h"
+#include "foundations/OmniFocusTask.h"
+#include "foundations/TaskTransferable.h"
+#include "foundations/UserDefaults.h"
+
+#include <QQmlEngine>
+
+#include <algorithm>
+
+namespace vantrel {
+
+namespace {
+
+const QString TextFormat = QStringLiteral("text/plain");
+
+} // namespace
+
+BoardViewModel::BoardViewModel(const BoardViewServices &services, QObject *parent)
+    : QObject(parent),
+      m_services(services),
+      m_preferences(services.defaults, services.time),
+      m_navigation(services.board, m_preferences, services.notifications, services.announcer),
+      m_commands({services.board, services.blocking, services.notifications, services.defaults,
+                  services.sounds, services.toasts}),
+      m_drops(services.board)
+{
+    QQmlEngine::setObjectOwnership(&m_columns, QQmlEngine::CppOwnership);
+    QQmlEngine::setObjectOwnership(&m_swimLanes, QQmlEngine::CppOwnership);
+    connectBoard();
+    connectCards();
+    refresh();
+}
+
+BoardViewModel::~BoardViewModel() = default;
+
+void BoardViewModel::connectBoard()
+{
+    BoardState &board = m_services.board;
+    connect(&board, &BoardState::changed, this, &BoardViewModel::refresh);
+    connect(&board, &BoardState::organized, this, &BoardViewModel::refresh);
+    connect(&board.columnManager(), &ColumnManager::columnsChanged, this, &BoardViewModel::refresh);
+    connect(&board.swimLaneManager(), &SwimLaneManager::swimLanesChanged, this, &BoardViewModel::refresh);
+    connect(&board.filterManager(), &FilterManager::filtersChanged, this, [this] {
+        refresh();
+        Q_EMIT filtersChanged();
+    });
+    connect(&board, &BoardState::isolationChanged, this, [this] {
+        refresh();
+        Q_EMIT isolationChanged();
+    });
+    connect(&board, &BoardState::zoomLevelChanged, this, &BoardViewModel::zoomLevelChanged);
+}
+
+void BoardViewModel::connectCards()
+{
+    BoardState &board = m_services.board;
+    connect(&board, &BoardState::taskFocusChanged, this, [this] { refreshCards({CellModel::IsDimmedRole}); });
+    connect(&board, &BoardState::taskOperationStatusChanged, this,
+            [this](const QString &taskId) { refreshCards({CellModel::OperationErrorRole}, {taskId}); });
+    connect(&board.selectionManager(), &SelectionManager::selectionChanged, this,
+            &BoardViewModel::handleSelectionChanged);
+    connect(&m_navigation, &BoardNavigation::focusedTaskChanged, this, [this](const QString &previous) {
+        refreshCards({CellModel::IsFocusedRole, CellModel::FocusedComponentRole},
+                     {previous, focusedTaskId()});
+        Q_EMIT focusedTaskChanged();
+    });
+    connect(&m_navigation, &BoardNavigation::focusedComponentChanged, this,
+            [this] { refreshCards({CellModel::FocusedComponentRole}, {focusedTaskId()}); });
+    connect(&m_preferences, &CardPreferences::changed, this, [this] { refreshCards({CellModel::CardRole}); });
+    connect(&m_preferences, &CardPreferences::backgroundChanged, this, &BoardViewModel::backgroundChanged);
+}
+
+void BoardViewModel::refresh()
+{
+    // Cells first: the headers count what is in them.
+    for (const SwimLane &lane : m_services.board.swimLaneManager().swimLanes()) {
+        for (const Column &column : m_services.board.columnManager().columns()) {
+            cellFor({lane.id, column.id}).update();
+        }
+    }
+    refreshColumns();
+    refreshSwimLanes();
+    dropStaleCells();
+}
+
+void BoardViewModel::refreshColumns()
+{
+    const BoardState &board = m_services.board;
+    std::vector<ColumnContent> contents;
+    for (const Column &column : board.columnManager().columns()) {
+        ColumnCounts counts;
+        for (const SwimLane &lane : board.swimLaneManager().swimLanes()) {
+            const CellId id{lane.id, column.id};
+            counts.shown += cellFor(id).rowCount();
+            counts.fullestCell = std::max(counts.fullestCell, board.taskPositions().incompleteCount(id));
+        }
+        counts.incomplete = board.calculateColumnTaskCount(column.id);
+        contents.push_back(columnContent(column, counts));
+    }
+    m_columns.setColumns(contents);
+}
+
+void BoardViewModel::refreshSwimLanes()
+{
+    const BoardState &board = m_services.board;
+    std::vector<SwimLaneContent> contents;
+    for (const SwimLane &lane : board.swimLaneManager().swimLanes()) {
+        contents.push_back(
+            swimLaneContent(lane, {board.calculateSwimLaneIncompleteWorkItems(lane.id),
+                                   board.calculateSwimLaneIncompletePercentage(lane.id),
+                                   board.heightForSwimLane(lane.id), board.isSwimLaneIsolated(lane.id)}));
+    }
+    m_swimLanes.setSwimLanes(contents);
+}
+
+void BoardViewModel::dropStaleCells()
+{
+    const BoardState &board = m_services.board;
+    const auto isStale = [&](CellId id) {
+        return !board.swimLaneManager().swimLane(id.swimLane) || !board.columnManager().column(id.column);
+    };
+    m_cells.removeIf([&](const std::pair<const CellId &, CellModel *&> &cell) {
+        // The view that showed it goes in this same turn, and lets go of it on its way.
+        if (isStale(cell.first)) cell.second->deleteLater();
+        return isStale(cell.first);
+    });
+}
+
+CellModel &BoardViewModel::cellFor(CellId id)
+{
+    CellModel *&cell = m_cells[id];
+    if (!cell) {
+        const CellContext context{m_services.board, m_navigation, m_preferences, m_draggedTaskIds};
+        cell = new CellModel(id, context, this);
+        QQmlEngine::setObjectOwnership(cell, QQmlEngine::CppOwnership);
+    }
+    return *cell;
+}
+
+CellModel *BoardViewModel::cell(const QString &swimLaneId, const QString &columnId)
+{
+    const std::optional<SwimLaneId> lane = SwimLaneId::fromText(swimLaneId);
+    const std::optional<ColumnId> column = ColumnId::fromText(columnId);
+    return lane && column ? m_cells.value({*lane, *column}) : nullptr;
+}
+
+int BoardViewModel::focusedSwimLaneRow() const
+{
+    const TaskPosition *place = m_services.board.taskPositions().find(focusedTaskId());
+    return place ? m_services.board.swimLaneManager().indexOf(m_services.board.resolvedSwimLaneId(*place))
+                 : -1;
+}
+
+QString BoardViewModel::isolationTitle() const
+{
+    const std::optional<SwimLaneId> id = m_services.board.isolatedSwimLaneId();
+    if (!id) {
+        return {};
+    }
+    const SwimLane *lane = m_services.board.swimLaneManager().swimLane(*id);
+    return lane ? tr("Focus Mode: %1").arg(lane->name) : tr("Focus Mode Active");
+}
+
+QVariantList BoardViewModel::activeTagFilters() const
+{
+    const FilterManager &filters = m_services.board.filterManager();
+    QVariantList tags;
+    for (const AvailableTag &tag : filters.availableTags()) {
+        if (filters.selectedTagIDs().contains(tag.tagID)) {
+            tags.append(
+                QVariantMap{{QStringLiteral("id"), tag.tagID}, {QStringLiteral("name"), tag.tagName}});
+        }
+    }
+    return tags;
+}
+
+// What the user does
+
+bool BoardViewModel::handleKey(int key, int modifiers)
+{
+    switch (key) {
+    case Qt::Key_Tab:
+        m_navigation.handleTab(!(modifiers & Qt::ShiftModifier));
+        return true;
+    case Qt::Key_Backtab:
+        m_navigation.handleTab(false);
+        return true;
+    case Qt::Key_Escape:
+        return m_navigation.handleEscape();
+    default:
+        break;
+    }
+    if ((modifiers & ~Qt::KeypadModifier) != Qt::NoModifier) {
+        return false;
+    }
+    switch (key) {
+    case Qt::Key_Up:
+    case Qt::Key_Down:
+    case Qt::Key_Left:
+    case Qt::Key_Right:
+        m_navigation.handleArrowKey(key);
+        return true;
+    case Qt::Key_Space:
+        return handleSpace();
+    case Qt::Key_Return:
+    case Qt::Key_Enter:
+        openInSource(focusedTaskId());
+        return true;
+    default:
+        return false;
+    }
+}
+
+bool BoardViewModel::handleSpace()
+{
+    const bool isWanted = m_services.defaults.boolean(keys::EnableSpaceToMoveNext).value_or(true);
+    const bool isCardFocused =
+        !focusedTaskId().isEmpty() && m_navigation.focusedComponent() == KanbanCardFocus::None;
+    if (!isWanted || !isCardFocused || m_services.board.selectionManager().selectedTaskIds().size() != 1) {
+        return false;
+    }
+    m_services.notifications.post(notifications::MoveTaskToNextColumnRequested);
+    return true;
+}
+
+void BoardViewModel::tapCard(const QString &taskId, bool isToggle)
+{
+    m_navigation.handleCardTap(taskId, isToggle);
+}
+
+void BoardViewModel::openInSource(const QString &taskId)
+{
+    const WorkItemPtr task = m_services.board.task(taskId);
+    const QUrl link = task ? task->appSpecificLink() : QUrl();
+    if (!link.isValid() || !m_services.urls.open(link)) {
+        return;
+    }
+    m_services.announcer.announce(qobject_cast<const OmniFocusTask *>(task.get())
+                                      ? tr("Opening task in OmniFocus")
+                                      : tr("Opening task in source application"));
+}
+
+void BoardViewModel::retry(const QString &taskId)
+{
+    m_services.board.retryFailedOperation(taskId);
+}
+
+void BoardViewModel::appear()
+{
+    m_navigation.checkForInitialFocusableTask();
+}
+
+void BoardViewModel::toggleSwimLane(const QString &swimLaneId)
+{
+    if (const auto id = SwimLaneId::fromText(swimLaneId)) {
+        m_services.board.swimLaneManager().toggleSwimLaneExpanded(*id);
+    }
+}
+
+void BoardViewModel::toggleIsolation(const QString &swimLaneId)
+{
+    if (const auto id = SwimLaneId::fromText(swimLaneId)) m_services.board.isolateSwimLane(*id);
+}
+
+void BoardViewModel::clearIsolation()
+{
+    m_services.board.clearSwimLaneIsolation();
+}
+
+void BoardViewModel::setSwimLaneHeight(const QString &swimLaneId, double height)
+{
+    if (const auto id = SwimLaneId::fromText(swimLaneId)) {
+        m_services.board.swimLaneManager().updateSwimLaneHeight(*id, height);
+    }
+}
+
+double BoardViewModel::clampedHeight(double height)
+{
+    return std::clamp(height, SwimLaneManager::MinimumHeight, SwimLaneManager::MaximumHeight);
+}
+
+void BoardViewModel::removeTagFilter(const QString &tagId)
+{
+    m_services.board.filterManager().toggleTagFilter(tagId);
+}
+
+void BoardViewModel::clearTagFilters()
+{
+    m_services.board.filterManager().clearTagFilters();
+}
+
+// Drag and drop
+
+QVariantMap BoardViewModel::beginDrag(const QString &taskId)
+{
+    m_draggedTaskIds = m_drops.draggedTaskIds(taskId);
+    refreshCards({CellModel::IsDraggedRole}, m_draggedTaskIds);
+    Q_EMIT dragChanged();
+
+    TaskTransferable card{taskId, {}, {}};
+    if (const TaskPosition *place = m_services.board.taskPositions().find(taskId)) {
+        card.sourceColumnId = place->columnId;
+        card.sourceSwimLaneId = place->swimLaneId;
+    }
+    const QString json = QString::fromUtf8(card.toJson());
+    return {{TaskTransferable::ContentType.toString(), json},
+            {TaskTransferable::PortableContentType.toString(), json},
+            {TextFormat, taskId}};
+}
+
+void BoardViewModel::endDrag()
+{
+    const QStringList ids = std::exchange(m_draggedTaskIds, {});
+    refreshCards({CellModel::IsDraggedRole}, ids);
+    for (CellModel *cell : std::as_const(m_cells)) {
+        cell->setDropRow(-1);
+    }
+    Q_EMIT dragChanged();
+}
+
+std::optional<QString> BoardViewModel::draggedTask(const QVariantMap &offer) const
+{
+    const std::optional<QString> id =
+        m_drops.taskId({offer.value(TaskTransferable::ContentType.toString()).toString().toUtf8(),
+                        offer.value(TaskTransferable::PortableContentType.toString()).toString().toUtf8(),
+                        offer.value(TextFormat).toString()});
+    return id && m_services.board.task(*id) ? id : std::nullopt;
+}
+
+bool BoardViewModel::dragOver(CellModel *cell, const QVariantMap &offer, double y)
+{
+    const std::optional<QString> id = draggedTask(offer);
+    cell->setDropRow(id ? m_drops.plan(*id, cell->id(), y).row : -1);
+    return id.has_value();
+}
+
+void BoardViewModel::dragLeft(CellModel *cell)
+{
+    cell->setDropRow(-1);
+}
+
+bool BoardViewModel::drop(CellModel *cell, const QVariantMap &offer, double y)
+{
+    const std::optional<QString> id = draggedTask(offer);
+    if (id) m_drops.drop(*id, cell->id(), y);
+    endDrag();
+    return id.has_value();
+}
+
+// What the cards have to be told
+
+void BoardViewModel::refreshCards(const QList<int> &roles)
+{
+    for (CellModel *cell : std::as_const(m_cells)) {
+        cell->refreshState(roles);
+    }
+}
+
+void BoardViewModel::refreshCards(const QList<int> &roles, const QStringList &ids)
+{
+    const Placements &places = m_services.board.taskPositions();
+    for (const QString &id : ids) {
+        const TaskPosition *place = places.find(id);
+        CellModel *cell = place ? m_cells.value(places.shownCell(*place)) : nullptr;
+        if (cell) cell->refreshState(roles, {id});
+    }
+}
+
+void BoardViewModel::handleSelectionChanged()
+{
+    const QStringList before =
+        std::exchange(m_selectedTaskIds, m_services.board.selectionManager().selectedTaskIds());
+    QStringList changed;
+    for (const QString &id : before) {
+        if (!m_selectedTaskIds.contains(id)) changed.append(id);
+    }
+    for (const QString &id : std::as_const(m_selectedTaskIds)) {
+        if (!before.contains(id)) changed.append(id);
+    }
+    refreshCards({CellModel::IsSelectedRole}, changed);
+}
+
+} // namespace vantrel

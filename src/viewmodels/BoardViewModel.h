@@ -1,0 +1,144 @@
+#pragma once
+
+#include "viewmodels/BoardCommandHandlers.h"
+#include "viewmodels/BoardDrops.h"
+#include "viewmodels/BoardNavigation.h"
+#include "viewmodels/CardPreferences.h"
+#include "viewmodels/CellModel.h"
+#include "viewmodels/ColumnListModel.h"
+#include "viewmodels/SwimLaneListModel.h"
+
+#include <QHash>
+#include <QObject>
+#include <QVariantMap>
+#include <QtQml/qqmlregistration.h>
+
+namespace vantrel {
+
+class TimeManager;
+class UrlOpener;
+
+/** What the board's screen needs of the program. Everything outlives it. */
+struct BoardViewServices
+{
+    BoardState &board;
+    TaskBlockingManager &blocking;
+    NotificationCenter &notifications;
+    UserDefaults &defaults;
+    const TimeManager &time;
+    Announcer &announcer;
+    SoundManager &sounds;
+    ToastManager &toasts;
+    UrlOpener &urls;
+};
+
+/**
+ * The board's screen: columns and swimlanes with their cells, and what the user does there by pointer and
+ * key.
+ *
+ * Ids cross to QML as texts. Follows the board through its one changed() a turn; a card redraws alone when
+ * its task changes. Owned by Services' root of the interface; GUI thread.
+ */
+class BoardViewModel : public QObject
+{
+    Q_OBJECT
+    QML_ELEMENT
+    QML_UNCREATABLE("Made by the program")
+    Q_PROPERTY(vantrel::ColumnListModel *columns READ columns CONSTANT)
+    Q_PROPERTY(vantrel::SwimLaneListModel *swimLanes READ swimLanes CONSTANT)
+    Q_PROPERTY(double zoomLevel READ zoomLevel NOTIFY zoomLevelChanged)
+    Q_PROPERTY(double columnHeaderHeight READ columnHeaderHeight CONSTANT)
+    Q_PROPERTY(QString focusedTaskId READ focusedTaskId NOTIFY focusedTaskChanged)
+    Q_PROPERTY(int focusedSwimLaneRow READ focusedSwimLaneRow NOTIFY focusedTaskChanged)
+    Q_PROPERTY(QString isolationTitle READ isolationTitle NOTIFY isolationChanged)
+    Q_PROPERTY(QVariantList activeTagFilters READ activeTagFilters NOTIFY filtersChanged)
+    Q_PROPERTY(bool useColumnColors READ useColumnColors NOTIFY backgroundChanged)
+    Q_PROPERTY(QString draggedTaskId READ draggedTaskId NOTIFY dragChanged)
+    Q_PROPERTY(int draggedCount READ draggedCount NOTIFY dragChanged)
+public:
+    explicit BoardViewModel(const BoardViewServices &services, QObject *parent = nullptr);
+    ~BoardViewModel() override;
+
+    ColumnListModel *columns() { return &m_columns; }
+    SwimLaneListModel *swimLanes() { return &m_swimLanes; }
+    double zoomLevel() const { return m_services.board.zoomLevel(); }
+    static double columnHeaderHeight() { return BoardDrops::ColumnHeaderHeight; }
+    const QString &focusedTaskId() const { return m_navigation.focusedTaskId(); }
+    /** The row of the swimlane that shows the card with the focus; -1 without one. */
+    int focusedSwimLaneRow() const;
+    /** What the isolation indicator says; empty while no swimlane is isolated. */
+    QString isolationTitle() const;
+    /** The tags that filter, as maps of "id" and "name". */
+    QVariantList activeTagFilters() const;
+    bool useColumnColors() const { return m_preferences.useColumnHeaderColorAsBackground(); }
+    QString draggedTaskId() const { return m_draggedTaskIds.value(0); }
+    int draggedCount() const { return static_cast<int>(m_draggedTaskIds.size()); }
+
+    BoardNavigation &navigation() { return m_navigation; }
+
+    /** The cards of a cell; nullptr if the board has no such swimlane or column. */
+    Q_INVOKABLE vantrel::CellModel *cell(const QString &swimLaneId, const QString &columnId);
+
+    /** Answers a key that a card of the board was given; false if it means nothing here. */
+    Q_INVOKABLE bool handleKey(int key, int modifiers);
+    Q_INVOKABLE void tapCard(const QString &taskId, bool isToggle);
+    /** Opens the task in the program that it comes from, if that has a link to it. */
+    Q_INVOKABLE void openInSource(const QString &taskId);
+    Q_INVOKABLE void retry(const QString &taskId);
+    /** The board has come on the screen. */
+    Q_INVOKABLE void appear();
+
+    Q_INVOKABLE void toggleSwimLane(const QString &swimLaneId);
+    Q_INVOKABLE void toggleIsolation(const QString &swimLaneId);
+    Q_INVOKABLE void clearIsolation();
+    /** Heights are in points at zoom 1. */
+    Q_INVOKABLE void setSwimLaneHeight(const QString &swimLaneId, double height);
+    Q_INVOKABLE static double clampedHeight(double height);
+    Q_INVOKABLE void removeTagFilter(const QString &tagId);
+    Q_INVOKABLE void clearTagFilters();
+
+    /** Begins a drag of the card, and of the selection that it is part of; gives what the drag carries. */
+    Q_INVOKABLE QVariantMap beginDrag(const QString &taskId);
+    Q_INVOKABLE void endDrag();
+    /** Opens the place in the cell where a drop would land; false if what is dragged cannot land. `y` is in
+     * points at zoom 1 from the top of the cell. */
+    Q_INVOKABLE bool dragOver(vantrel::CellModel *cell, const QVariantMap &offer, double y);
+    Q_INVOKABLE static void dragLeft(vantrel::CellModel *cell);
+    Q_INVOKABLE bool drop(vantrel::CellModel *cell, const QVariantMap &offer, double y);
+
+Q_SIGNALS:
+    void zoomLevelChanged();
+    void focusedTaskChanged();
+    void isolationChanged();
+    void filtersChanged();
+    void backgroundChanged();
+    void dragChanged();
+
+private:
+    void connectBoard();
+    void connectCards();
+    void refresh();
+    void refreshColumns();
+    void refreshSwimLanes();
+    void dropStaleCells();
+    CellModel &cellFor(CellId id);
+    void refreshCards(const QList<int> &roles);
+    void refreshCards(const QList<int> &roles, const QStringList &ids);
+    void handleSelectionChanged();
+    bool handleSpace();
+    std::optional<QString> draggedTask(const QVariantMap &offer) const;
+
+    BoardViewServices m_services;
+    CardPreferences m_preferences;
+    BoardNavigation m_navigation;
+    BoardCommandHandlers m_commands;
+    BoardDrops m_drops;
+    QStringList m_draggedTaskIds;
+    /** As last told to the cells. */
+    QStringList m_selectedTaskIds;
+    QHash<CellId, CellModel *> m_cells;
+    ColumnListModel m_columns;
+    SwimLaneListModel m_swimLanes;
+};
+
+} // namespace vantrel
