@@ -92,6 +92,7 @@ private Q_SLOTS:
     void tasksCreatedOrRemovedDuringAFetchStaySo();
     void removingAllDuringAFetchLeavesNothing();
     void twoFetchesAtOnceEndAlike();
+    void aSourceThatGoesAwayDuringAFetchLeavesItsCallersUnharmed();
     void theStoreIsWrittenToTheLogOnlyForDebugging();
 
     void editsChangeTheirFieldsAndTheStore_data();
@@ -463,6 +464,19 @@ void TestPlainTextTaskManager::twoFetchesAtOnceEndAlike()
 
     QCOMPARE(namesOf(await(std::move(first))), QStringList(u"one"_s));
     QCOMPARE(namesOf(await(std::move(second))), QStringList({u"one"_s, u"two"_s}));
+}
+
+void TestPlainTextTaskManager::aSourceThatGoesAwayDuringAFetchLeavesItsCallersUnharmed()
+{
+    m->store->savePlainTextTask(record(u"plaintext-1"_s));
+    auto source = std::make_unique<PlainTextTaskManager>(*m->store, m->notifications, m->clock);
+    auto fetching = source->fetchTasks();
+    auto waiting = source->fetchTasks();
+
+    source.reset();
+
+    QCOMPARE(await(std::move(fetching)).size(), 0u);
+    QCOMPARE(await(std::move(waiting)).size(), 0u);
 }
 
 void TestPlainTextTaskManager::theStoreIsWrittenToTheLogOnlyForDebugging()

@@ -19,6 +19,7 @@
 namespace vantrel {
 
 class PersistenceManager;
+struct ReconciledTasks;
 
 /**
  * The source whose tasks live in the program itself: rows of the store, beside their places on the board.
@@ -99,6 +100,8 @@ private:
 
     // Fetching (PlainTextTaskManager_Fetching.cpp)
     QCoro::Task<> readAndTakeOver();
+    QCoro::Task<std::shared_ptr<ReconciledTasks>> readStore();
+    QCoro::Task<WorkItems> takeOverAll(std::shared_ptr<ReconciledTasks> told);
     void expectAllTasks();
     QCoro::Task<> placeAtEnd(QStringList taskIds);
     /** The task as the store tells it; nullptr if it was removed since. */
@@ -120,6 +123,8 @@ private:
     WorkItems m_loadedTasks;
     QHash<QString, Known> m_known;
     QSet<QString> m_removedIds;
+    /** How many of them there were when the fetch under way read the store. */
+    qsizetype m_removedAtReading = 0;
     /** All that a fetch under way has read was removed since. */
     bool m_isReadingVoid = false;
     /** The fetch under way; the next one waits for it. */

@@ -79,40 +79,16 @@ QCoro::Task<> PlainTextTaskManager::readAndTakeOver()
     QElapsedTimer elapsed;
     elapsed.start();
     const QPointer self(this);
-    expectAllTasks();
-    // Both are asked for in one breath, so that the store changes neither before nor between.
-    auto askedRows = m_persistence.readPlainTextTasks();
-    auto askedPlaces = m_persistence.readAllTaskPositions();
-    auto rows = co_await std::move(askedRows);
-    auto places = co_await std::move(askedPlaces);
-    if (!self) {
-        co_return;
-    }
-    if (!rows || !places) {
-        throw SourceError(QStringLiteral("PlainTextError"), 1, tr("The plain text tasks could not be read."));
-    }
-    const Told told = co_await reconcileOnWorker(std::move(*rows), std::move(*places), m_clock.now());
+    const Told told = co_await readStore();
     if (!self) {
         co_return;
     }
     logDisagreement(*told);
     co_await placeAtEnd(told->withoutPlace);
-
-    WorkItems tasks;
-    tasks.reserve(told->tasks.size());
-    TimeSlice slice;
-    for (PlainTextRecord &record : told->tasks) {
-        if (!self) {
-            co_return;
-        }
-        if (WorkItemPtr task = takeOver(std::move(record))) {
-            tasks.push_back(std::move(task));
-        }
-        if (slice.isUsedUp()) {
-            co_await m_clock.yieldToEventLoop();
-            slice.restart();
-        }
+    if (!self) {
+        co_return;
     }
+    WorkItems tasks = co_await takeOverAll(told);
     if (!self) {
         co_return;
     }
@@ -125,6 +101,47 @@ QCoro::Task<> PlainTextTaskManager::readAndTakeOver()
               count + u" tasks");
 }
 
+QCoro::Task<std::shared_ptr<ReconciledTasks>> PlainTextTaskManager::readStore()
+{
+    const QPointer self(this);
+    expectAllTasks();
+    // Both are asked for in one breath, so that the store changes neither before nor between.
+    auto askedRows = m_persistence.readPlainTextTasks();
+    auto askedPlaces = m_persistence.readAllTaskPositions();
+    auto rows = co_await std::move(askedRows);
+    auto places = co_await std::move(askedPlaces);
+    if (!self) {
+        co_return Told();
+    }
+    if (!rows || !places) {
+        throw SourceError(QStringLiteral("PlainTextError"), 1, tr("The plain text tasks could not be read."));
+    }
+    co_return co_await reconcileOnWorker(std::move(*rows), std::move(*places), m_clock.now());
+}
+
+QCoro::Task<WorkItems> PlainTextTaskManager::takeOverAll(std::shared_ptr<ReconciledTasks> told)
+{
+    const QPointer self(this);
+    WorkItems tasks;
+    tasks.reserve(told->tasks.size());
+    // Growing on the way would move all entries in one piece.
+    m_known.reserve(static_cast<qsizetype>(told->tasks.size()));
+    TimeSlice slice;
+    for (PlainTextRecord &record : told->tasks) {
+        if (WorkItemPtr task = takeOver(std::move(record))) {
+            tasks.push_back(std::move(task));
+        }
+        if (slice.isUsedUp()) {
+            co_await m_clock.yieldToEventLoop();
+            if (!self) {
+                break;
+            }
+            slice.restart();
+        }
+    }
+    co_return tasks;
+}
+
 void PlainTextTaskManager::expectAllTasks()
 {
     for (Known &known : m_known) {
@@ -132,6 +149,7 @@ void PlainTextTaskManager::expectAllTasks()
         known.sighting = Sighting::Expected;
     }
     m_isReadingVoid = false;
+    m_removedAtReading = m_removedIds.size();
 }
 
 QCoro::Task<> PlainTextTaskManager::placeAtEnd(QStringList taskIds)
@@ -174,7 +192,9 @@ WorkItemPtr PlainTextTaskManager::takeOver(PlainTextRecord record)
 
 void PlainTextTaskManager::replaceLoadedTasks(WorkItems tasks)
 {
-    std::erase_if(tasks, [this](const WorkItemPtr &task) { return !m_known.contains(task->id()); });
+    if (m_isReadingVoid || m_removedIds.size() != m_removedAtReading) {
+        std::erase_if(tasks, [this](const WorkItemPtr &task) { return !m_known.contains(task->id()); });
+    }
     const auto isNewer = [this](const WorkItemPtr &task) {
         return m_known.value(task->id()).sighting == Sighting::Newer;
     };
