@@ -6,6 +6,7 @@
 #include "sources/plaintext/PlainTextTaskManager.h"
 #include "support/Await.h"
 #include "support/FakeTaskManager.h"
+#include "support/RawDatabase.h"
 #include "support/TestRegistry.h"
 #include "support/TestStore.h"
 
@@ -87,6 +88,7 @@ private Q_SLOTS:
     void aFetchPlacesRowsThatHaveNoPlaceOnce();
     void anInventedCompletionDateIsStored();
     void theQuadrantOfATaskSurvivesAFetch();
+    void aStoreThatCannotBeReadIsAFailureAndNotEmpty_data();
     void aStoreThatCannotBeReadIsAFailureAndNotEmpty();
     void editsMadeDuringAFetchAreKept();
     void tasksCreatedOrRemovedDuringAFetchStaySo();
@@ -394,11 +396,19 @@ void TestPlainTextTaskManager::theQuadrantOfATaskSurvivesAFetch()
     QVERIFY(task->eisenhowerPriority() == EisenhowerPriority::DoNow);
 }
 
+void TestPlainTextTaskManager::aStoreThatCannotBeReadIsAFailureAndNotEmpty_data()
+{
+    QTest::addColumn<QString>("lostTable");
+    QTest::newRow("rows") << u"plainTextTasks"_s;
+    QTest::newRow("places") << u"taskPositions"_s;
+}
+
 void TestPlainTextTaskManager::aStoreThatCannotBeReadIsAFailureAndNotEmpty()
 {
+    QFETCH(QString, lostTable);
     m->store->savePlainTextTask(record(u"plaintext-1"_s));
     fetch();
-    m->store->cleanup();
+    QVERIFY(RawDatabase(m->store.databasePath()).run(u"DROP TABLE "_s + lostTable));
 
     QVERIFY_THROWS_EXCEPTION(SourceError, fetch());
     QCOMPARE(m->source.loadedTasks().size(), 1u);
@@ -457,13 +467,14 @@ void TestPlainTextTaskManager::removingAllDuringAFetchLeavesNothing()
 void TestPlainTextTaskManager::twoFetchesAtOnceEndAlike()
 {
     saveUsualBoard();
-    create(u"one"_s);
+    const QString id = create(u"one"_s);
     auto first = m->source.fetchTasks();
+    await(m->source.setTaskName(id, u"renamed"_s));
     m->store->savePlainTextTask(record(u"plaintext-1"_s, u"two"_s));
     auto second = m->source.forceReloadTasks();
 
-    QCOMPARE(namesOf(await(std::move(first))), QStringList(u"one"_s));
-    QCOMPARE(namesOf(await(std::move(second))), QStringList({u"one"_s, u"two"_s}));
+    QCOMPARE(namesOf(await(std::move(first))), QStringList(u"renamed"_s));
+    QCOMPARE(namesOf(await(std::move(second))), QStringList({u"renamed"_s, u"two"_s}));
 }
 
 void TestPlainTextTaskManager::aSourceThatGoesAwayDuringAFetchLeavesItsCallersUnharmed()

@@ -76,7 +76,9 @@ private Q_SLOTS:
     void aClockSetBackDoesNotKeepTheCacheAlive();
     void fetchesAtTheSameTimeShareOneAnswer();
     void aForcedFetchWaitsForTheRunningOneAndAsksAgain();
+    void whatWasInvalidatedMeanwhileIsAskedForAgain_data();
     void whatWasInvalidatedMeanwhileIsAskedForAgain();
+    void servingTheCacheDoesNotDisturbTheProgressOfAFetch();
     void anEmptyAnswerOfAnOutsideSourceIsBelievedTheSecondTime();
     void anEmptyAnswerCountsWhereNothingIsAtStake();
     void aTaskAddedByHandIsServedButDoesNotMakeAnEmptyCacheFresh();
@@ -420,19 +422,43 @@ void TestTaskRepository::aForcedFetchWaitsForTheRunningOneAndAsksAgain()
     QCOMPARE(idsOf(m->repository->cachedTasks()), *forced->ids);
 }
 
+void TestTaskRepository::whatWasInvalidatedMeanwhileIsAskedForAgain_data()
+{
+    QTest::addColumn<bool>("isAskedAtOnce");
+    QTest::newRow("while the fetch still runs") << true;
+    QTest::newRow("after it") << false;
+}
+
 void TestTaskRepository::whatWasInvalidatedMeanwhileIsAskedForAgain()
 {
+    QFETCH(bool, isAskedAtOnce);
     repositoryOf({false, false, true});
     m->plainText.fetches.giveAfter(1.0, tasks({u"plaintext-1"_s}));
     m->plainText.fetches.give(tasks({u"plaintext-2"_s}));
 
     const auto running = startFetch();
     m->notifications.post(notifications::TaskSourceConfigurationChanged);
-    const auto later = startFetch();
+    auto later = isAskedAtOnce ? startFetch() : nullptr;
     m->clock.advance(1.0);
+    later = later ? later : startFetch();
 
     QCOMPARE(running->ids, QStringList(u"plaintext-1"_s));
     QCOMPARE(later->ids, QStringList(u"plaintext-2"_s));
+}
+
+void TestTaskRepository::servingTheCacheDoesNotDisturbTheProgressOfAFetch()
+{
+    TaskRepository &repository = repositoryOf({false, false, true});
+    m->plainText.fetches.give(tasks({u"plaintext-1"_s}));
+    m->plainText.fetches.giveAfter(1.0, tasks({u"plaintext-2"_s}));
+    fetchIds();
+
+    const auto forced = startFetch(true);
+    QCOMPARE(fetchIds(), QStringList(u"plaintext-1"_s));
+
+    QVERIFY(repository.loadingState() == State::Loading);
+    m->clock.advance(1.0);
+    QCOMPARE(forced->ids, QStringList(u"plaintext-2"_s));
 }
 
 void TestTaskRepository::anEmptyAnswerOfAnOutsideSourceIsBelievedTheSecondTime()
