@@ -77,8 +77,11 @@ QCoro::Task<> BoardState::updateTaskManagerForTaskMove(WorkItemPtr task, Column 
         log::info(u"Using %1 manager for task %2"_s.arg(manager.taskManagerName(),
                                                         isComplete ? u"completion"_s : u"reopening"_s),
                   Category);
-        const bool wasKnown = co_await withRetryOnPermissionError(
-            [&manager, id, isComplete] { return markTask(manager, id, isComplete); });
+        // Not written inside the co_await expression: there g++ 12 destroys the captured id twice.
+        const std::function<QCoro::Task<bool>()> operation = [&manager, id, isComplete] {
+            return markTask(manager, id, isComplete);
+        };
+        const bool wasKnown = co_await withRetryOnPermissionError(operation);
         if (!wasKnown) {
             log::warning(u"The source has no task "_s + id, Category);
         }
