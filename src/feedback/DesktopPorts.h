@@ -7,6 +7,9 @@
 
 namespace vantrel {
 
+/** Whose habits the program follows: its keys, and where its user grants permissions. */
+enum class DesktopFamily { Linux, Mac };
+
 /** The desktop's clipboard. A port. */
 class Clipboard
 {

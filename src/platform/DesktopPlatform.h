@@ -12,6 +12,7 @@ namespace vantrel {
 /** The ports of the desktop that this program was built for. Owned by main(), and outlives Services. */
 struct DesktopPlatform
 {
+    DesktopFamily family = DesktopFamily::Linux;
     std::unique_ptr<AnnouncementSink> announcements;
     std::unique_ptr<SoundPlayer> sounds;
     std::unique_ptr<DesktopAppearance> appearance;

@@ -19,12 +19,11 @@ AppViewModel::AppViewModel(const ViewModelServices &services, QObject *parent)
       m_appearance(services.appearance),
       m_loading(services.board),
       m_taskList(services.board, services.repository, services.managers, services.notifications,
-                 services.announcer, services.clock),
+                 services.announcer, services.clock, services.desktop),
       m_board({services.board, services.blocking, services.notifications, services.defaults, services.time,
                services.announcer, services.sounds, services.toasts, services.urls}),
-      m_commands(services.notifications, services.defaults),
-      m_quickAdd(services.managers.manager(TaskManagerType::PlainText), services.notifications,
-                 services.announcer),
+      m_commands(services.notifications, services.defaults, services.desktop),
+      m_quickAdd(services.managers, services.notifications, services.announcer),
       m_toast(services.toasts),
       m_gauge(services.board)
 {

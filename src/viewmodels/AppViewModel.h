@@ -35,6 +35,7 @@ struct ViewModelServices
     UrlOpener &urls;
     BackgroundSaveIndicator &saveIndicator;
     const DesktopAppearance &appearance;
+    DesktopFamily desktop = DesktopFamily::Linux;
 };
 
 /** All view models of the main window, as the window gets them. Owned by whoever opens the window; GUI

@@ -1,45 +1,16 @@
 #pragma once
 
-#include "foundations/NotificationCenter.h"
+#include "feedback/DesktopPorts.h"
 #include "foundations/UserDefaults.h"
-#include "viewmodels/ViewMode.h"
+#include "viewmodels/CommandTable.h"
 
-#include <QKeySequence>
 #include <QObject>
 #include <QVariant>
 #include <QtQml/qqmlregistration.h>
 
 #include <functional>
-#include <optional>
-#include <vector>
 
 namespace vantrel {
-
-/** One row of the table of commands. */
-struct CommandInfo
-{
-    enum class Menu { Task, View, Organize, Application };
-
-    QStringView id;
-    Menu menu = Menu::Task;
-    const char *title = "";
-    QStringView symbol;
-    /** Portable texts, Ctrl being the Command key on macOS; several, separated by blanks. Empty: no key. */
-    const char *macKeys = "";
-    const char *linuxKeys = "";
-    /** The view mode in which the command works; nothing means all. */
-    std::optional<ViewMode> mode;
-    NotificationName notification;
-    /** The notification's object. */
-    int index = -1;
-    /** A user default that switches the command off. */
-    QStringView preference;
-    /** A key that is shown and not bound: the board's own key handler takes it. */
-    const char *shownKey = "";
-};
-
-/** The whole table, in menu order. */
-const std::vector<CommandInfo> &commandTable();
 
 /**
  * One command that menu, toolbar and key share: two shortcuts of one key would answer neither. GUI thread;
@@ -53,20 +24,23 @@ class Command : public QObject
     Q_PROPERTY(QString commandId READ commandId CONSTANT)
     Q_PROPERTY(QString title READ title CONSTANT)
     Q_PROPERTY(QString symbol READ symbol CONSTANT)
-    Q_PROPERTY(QStringList sequences READ sequences CONSTANT)
+    Q_PROPERTY(QVariantList sequences READ sequences CONSTANT)
     Q_PROPERTY(QString keys READ keys CONSTANT)
+    Q_PROPERTY(bool isForBoard READ isForBoard CONSTANT)
     Q_PROPERTY(bool enabled READ isEnabled NOTIFY enabledChanged)
 public:
-    Command(const CommandInfo &info, std::function<void()> action, QObject *parent);
+    Command(const CommandInfo &info, DesktopFamily desktop, std::function<void()> action, QObject *parent);
 
     const CommandInfo &info() const { return m_info; }
     QString commandId() const { return m_info.id.toString(); }
     QString title() const;
     QString symbol() const { return m_info.symbol.toString(); }
-    /** Portable texts of the keys that trigger the command here. */
-    QStringList sequences() const;
+    /** Portable texts of the keys that trigger the command on this desktop. */
+    QVariantList sequences() const;
     /** The first key as the desktop writes it, for menus and hints. */
     QString keys() const;
+    /** True for a command that acts on the cards of one view: keys typed into a text field are not meant. */
+    bool isForBoard() const { return m_info.mode.has_value(); }
     bool isEnabled() const { return m_isEnabled; }
     void setEnabled(bool isEnabled);
 
@@ -77,6 +51,7 @@ Q_SIGNALS:
 
 private:
     const CommandInfo &m_info;
+    const DesktopFamily m_desktop;
     std::function<void()> m_action;
     bool m_isEnabled = true;
 };
@@ -87,14 +62,17 @@ class Commands : public QObject
     Q_OBJECT
     QML_ELEMENT
     QML_UNCREATABLE("Made by the program")
-    Q_PROPERTY(QList<vantrel::Command *> all READ all CONSTANT)
+    Q_PROPERTY(QVariantList all READ all CONSTANT)
     Q_PROPERTY(QVariantList menus READ menus CONSTANT)
 public:
-    Commands(NotificationCenter &notifications, UserDefaults &defaults, QObject *parent = nullptr);
+    Commands(NotificationCenter &notifications, UserDefaults &defaults, DesktopFamily desktop,
+             QObject *parent = nullptr);
 
-    const QList<Command *> &all() const { return m_commands; }
+    /** Every Command, in the order of the table. */
+    QVariantList all() const;
     /** Maps with "title" and "commands", in menu order. */
     QVariantList menus() const;
+    /** nullptr if the table has no such command. */
     Q_INVOKABLE vantrel::Command *command(const QString &id) const;
 
     void setViewMode(ViewMode mode);
@@ -102,6 +80,8 @@ public:
 Q_SIGNALS:
     /** The user wants to leave the program. */
     void quitRequested();
+    /** A command that only the window can carry out: "nextPane", "previousPane", "menu". */
+    void windowCommandRequested(const QString &id);
 
 private:
     void run(const CommandInfo &info);

@@ -4,16 +4,18 @@
 
 #include <QCoroTask>
 #include <QObject>
+#include <QStringList>
 #include <QtQml/qqmlregistration.h>
 
 namespace vantrel {
 
 class Announcer;
-class TaskManagerProtocol;
+class TaskManagerFactory;
 
 /**
- * The sheet that adds tasks, one line each, as fast as they are typed. What was typed stays until it is a
- * task. Owned by AppViewModel; GUI thread.
+ * The sheet that adds tasks, one line each, as fast as they are typed: a line is taken the moment it is
+ * submitted, and the tasks are made in that order. A line that could not become a task comes back. Owned by
+ * AppViewModel; GUI thread.
  */
 class QuickAddViewModel : public QObject
 {
@@ -23,25 +25,28 @@ class QuickAddViewModel : public QObject
     Q_PROPERTY(bool open READ isOpen NOTIFY openChanged)
     Q_PROPERTY(QString text READ text WRITE setText NOTIFY textChanged)
     Q_PROPERTY(QString errorMessage READ errorMessage NOTIFY stateChanged)
+    Q_PROPERTY(QStringList failedLines READ failedLines NOTIFY stateChanged)
     Q_PROPERTY(QString lastAdded READ lastAdded NOTIFY stateChanged)
-    Q_PROPERTY(bool creating READ isCreating NOTIFY stateChanged)
 public:
-    QuickAddViewModel(TaskManagerProtocol &plainText, NotificationCenter &notifications, Announcer &announcer,
+    QuickAddViewModel(TaskManagerFactory &managers, NotificationCenter &notifications, Announcer &announcer,
                       QObject *parent = nullptr);
 
     bool isOpen() const { return m_isOpen; }
     QString text() const { return m_text; }
     void setText(const QString &text);
     QString errorMessage() const { return m_errorMessage; }
+    /** Lines that failed while the field held another one already. */
+    const QStringList &failedLines() const { return m_failedLines; }
     /** The name of the last task made since the sheet was opened. */
     QString lastAdded() const { return m_lastAdded; }
-    bool isCreating() const { return m_isCreating; }
 
     Q_INVOKABLE void show();
-    /** Leaves the sheet; a line that is not a task yet is there again next time. */
+    /** Leaves the sheet; what is not a task yet is there again next time. */
     Q_INVOKABLE void close();
-    /** Makes a task of the line and clears it for the next; a line of blanks does nothing. */
+    /** Takes the line to make a task of it; a line of blanks does nothing. */
     Q_INVOKABLE void submit();
+    /** Tries the failed lines again. */
+    Q_INVOKABLE void retry();
 
 Q_SIGNALS:
     void openChanged();
@@ -49,16 +54,22 @@ Q_SIGNALS:
     void stateChanged();
 
 private:
-    QCoro::Task<> create(QString line);
-    void finish(const QString &line, const QString &error);
+    void take(const QStringList &lines);
+    QCoro::Task<> createTasks();
+    QCoro::Task<> createTask(QString line);
+    void finish(const QString &line);
+    void takeBack(const QString &line, const QString &error);
 
-    TaskManagerProtocol &m_plainText;
+    TaskManagerFactory &m_managers;
     Announcer &m_announcer;
     bool m_isOpen = false;
-    bool m_isCreating = false;
     QString m_text;
     QString m_errorMessage;
     QString m_lastAdded;
+    QStringList m_failedLines;
+    /** Taken and not yet tasks; the first one is being made while m_isCreating. */
+    QStringList m_lines;
+    bool m_isCreating = false;
 };
 
 } // namespace vantrel

@@ -6,7 +6,7 @@
 #include "foundations/NotificationNames.h"
 #include "sources/TaskManagerFactory.h"
 #include "sources/TaskRepository.h"
-#include "sources/omnifocus/AppleScriptError.h"
+#include "viewmodels/LoadFailure.h"
 
 #include <QPointer>
 
@@ -20,45 +20,51 @@ constexpr double SwitchDelay = 0.2;
 constexpr double ProRequiredDelay = 0.5;
 constexpr QStringView FromSettings = u"fromSettings";
 
-/** Codes of the platform's automation errors that mean a missing permission. */
-bool isPermissionCode(int code)
-{
-    return code == -600 || code == -1743 || code == -1728;
-}
-
 } // namespace
 
 TaskListViewModel::TaskListViewModel(BoardState &board, TaskRepository &repository,
                                      TaskManagerFactory &factory, NotificationCenter &notifications,
-                                     Announcer &announcer, Clock &clock, QObject *parent)
+                                     Announcer &announcer, Clock &clock, DesktopFamily desktop,
+                                     QObject *parent)
     : QObject(parent),
       m_board(board),
       m_repository(repository),
       m_factory(factory),
       m_notifications(notifications),
       m_announcer(announcer),
-      m_clock(clock)
+      m_clock(clock),
+      m_desktop(desktop)
 {
     updateCurrentTaskSources();
-    observeNotifications();
-    log::debug(u"Using board state with task sources: " + m_currentTaskSources);
+    observeRepository();
+    observeSettings();
+    observeCommands();
+    log::debug(QStringLiteral("Using board state: %1 tasks & task sources: %2")
+                   .arg(QString::number(m_board.taskCount()), m_currentTaskSources));
+    // The board's own load tells its failures itself: none of an earlier attempt may outlive it.
+    connect(&m_board, &BoardState::loadingChanged, this, [this] {
+        if (m_board.loadingState() == BoardLoadingState::Loading && m_errorMessage) {
+            m_errorMessage.reset();
+            Q_EMIT stateChanged();
+        }
+    });
 }
 
-void TaskListViewModel::observeNotifications()
+void TaskListViewModel::observe(NotificationName name, NotificationCenter::Handler handler)
 {
-    using namespace notifications;
-    const auto on = [this](NotificationName name, NotificationCenter::Handler handler) {
-        m_notifications.observe(name, this, std::move(handler));
-    };
-    on(RefreshTasksRequested, [this](const Notification &) { loadTasks(); });
-    on(TaskLoadingComplete, [this](const Notification &) {
+    m_notifications.observe(name, this, std::move(handler));
+}
+
+void TaskListViewModel::observeRepository()
+{
+    observe(notifications::TaskLoadingComplete, [this](const Notification &) {
         m_clock.soon(this, [this] {
             log::debug(QStringLiteral("💀 Received task loading complete notification"));
             m_isLoading = false;
             Q_EMIT stateChanged();
         });
     });
-    on(TaskLoadingError, [this](const Notification &notification) {
+    observe(notifications::TaskLoadingError, [this](const Notification &notification) {
         const QString text = notification.object.toString();
         m_clock.soon(this, [this, text] {
             log::debug(QStringLiteral("💀 Received task loading error notification"));
@@ -68,26 +74,40 @@ void TaskListViewModel::observeNotifications()
             Q_EMIT stateChanged();
         });
     });
-    const auto onSettings = [this, on](NotificationName name, const QString &logLine) {
-        on(name, [this, logLine](const Notification &notification) {
+}
+
+void TaskListViewModel::observeSettings()
+{
+    const auto onSettings = [this](NotificationName name, const QString &logLine) {
+        observe(name, [this, logLine](const Notification &notification) {
             if (notification.object.toString() == FromSettings) {
                 log::debug(logLine);
                 refreshUI();
             }
         });
     };
+    using namespace notifications;
     onSettings(ColumnsUpdated, QStringLiteral("ContentView: Columns updated from settings, refreshing UI"));
     onSettings(SwimlanesUpdated,
                QStringLiteral("ContentView: Swimlanes updated from settings, refreshing UI"));
     onSettings(BoardStateChanged, QStringLiteral("ContentView: Board state changed, refreshing UI"));
-    on(TagFilterUpdated, [this](const Notification &) {
+    observe(TagFilterUpdated, [this](const Notification &) {
         log::debug(QStringLiteral("ContentView: Tag filters updated, refreshing UI"));
         refreshUI();
     });
-    on(SwitchToVisualizeView, [this](const Notification &) { switchToViewMode(ViewMode::Visualize); });
-    on(SwitchToPrioritizeView, [this](const Notification &) { switchToViewMode(ViewMode::Prioritize); });
-    on(SwitchToAnalyzeView, [this](const Notification &) { switchToViewMode(ViewMode::Analyze); });
-    on(SwitchToOptimizeView, [this](const Notification &) { switchToViewMode(ViewMode::Optimize); });
+}
+
+void TaskListViewModel::observeCommands()
+{
+    using namespace notifications;
+    observe(RefreshTasksRequested, [this](const Notification &) { loadTasks(); });
+    const auto onSwitch = [this](NotificationName name, ViewMode mode) {
+        observe(name, [this, mode](const Notification &) { switchToViewMode(mode); });
+    };
+    onSwitch(SwitchToVisualizeView, ViewMode::Visualize);
+    onSwitch(SwitchToPrioritizeView, ViewMode::Prioritize);
+    onSwitch(SwitchToAnalyzeView, ViewMode::Analyze);
+    onSwitch(SwitchToOptimizeView, ViewMode::Optimize);
 }
 
 void TaskListViewModel::loadTasks()
@@ -109,7 +129,6 @@ void TaskListViewModel::loadTasks()
     m_errorMessage.reset();
     m_needsTaskManagerPermissions = false;
     m_permissionMessage.reset();
-    m_permissionIssues.clear();
     m_tasks.clear();
     Q_EMIT stateChanged();
 
@@ -130,119 +149,85 @@ QCoro::Task<> TaskListViewModel::run()
 {
     const QPointer<TaskListViewModel> self(this);
     log::info(QStringLiteral("💀 Checking if repository has any enabled task managers"));
-    if (m_repository.taskManagers().empty()) {
-        log::info(
-            QStringLiteral("💀 No task sources enabled - having repository enable Plain Text as fallback"));
-        const bool hasFallback = m_repository.enablePlainTextAsFallback();
-        updateCurrentTaskSources();
-        if (!hasFallback) {
-            handleError(
-                tr("⚠️ No task sources are enabled. Please enable at least one source in Settings."));
-            co_return;
-        }
+    if (m_repository.taskManagers().empty() && !enableFallback()) {
+        co_return;
     }
-    const std::optional<FetchedTasks> fetched = co_await fetch();
+    log::info(QStringLiteral("💀 Starting task fetch process from repository"));
+    log::info(QStringLiteral("💀 Fetching tasks from repository"));
+    // A fallback may have changed them.
+    m_repository.reloadTaskManagers();
+    FetchedTasks fetched;
+    std::exception_ptr error;
+    try {
+        fetched = co_await m_repository.fetchTasks(false);
+    } catch (...) {
+        error = std::current_exception();
+    }
     if (!self) {
         co_return;
     }
-    m_tasks = fetched ? fetched->tasks : WorkItems();
+    std::optional<QString> permissionIssue;
+    if (error) {
+        permissionIssue = handleFailure(judgeLoadFailure(error));
+    } else {
+        log::info(QStringLiteral("💀 Loaded %1 tasks from repository").arg(fetched.tasks.size()));
+    }
+    finishRun(fetched, permissionIssue);
+}
+
+bool TaskListViewModel::enableFallback()
+{
+    log::info(QStringLiteral("💀 No task sources enabled - having repository enable Plain Text as fallback"));
+    const bool hasFallback = m_repository.enablePlainTextAsFallback();
+    updateCurrentTaskSources();
+    if (!hasFallback) {
+        handleError(tr("⚠️ No task sources are enabled. Please enable at least one source in Settings."));
+    }
+    return hasFallback;
+}
+
+std::optional<QString> TaskListViewModel::handleFailure(const LoadFailure &failure)
+{
+    switch (failure.kind) {
+    case LoadFailure::Kind::Message:
+        handleError(failure.text);
+        break;
+    case LoadFailure::Kind::PermissionMissing:
+        return failure.text;
+    case LoadFailure::Kind::ProRequired:
+        switchToPlainText(failure.text);
+        break;
+    case LoadFailure::Kind::Other:
+        log::error(u"Error loading tasks from repository: " + failure.text);
+        break;
+    }
+    return std::nullopt;
+}
+
+void TaskListViewModel::finishRun(const FetchedTasks &fetched, const std::optional<QString> &permissionIssue)
+{
+    m_tasks = fetched.tasks;
     log::info(QStringLiteral("💀 All tasks loaded: %1 total tasks").arg(m_tasks.size()));
     log::info(QStringLiteral("💀 Updating board state with fetched tasks"));
-    m_board.updateTasks(m_tasks, fetched ? fetched->answeredSources : TaskSources());
+    m_board.updateTasks(m_tasks, fetched.answeredSources);
     m_clock.soon(this, [this] {
         m_isLoading = false;
         Q_EMIT stateChanged();
     });
-    if (!m_permissionIssues.isEmpty()) {
+    if (permissionIssue) {
         m_needsTaskManagerPermissions = true;
-        m_permissionMessage = m_permissionIssues.join(u"\n\n");
+        m_permissionMessage = permissionIssue;
     }
     log::info(QStringLiteral("💀💀💀 TASK FETCHING COMPLETE - Loaded total of %1 tasks via TaskRepository 💀💀💀")
                   .arg(m_tasks.size()));
     Q_EMIT stateChanged();
 }
 
-QCoro::Task<std::optional<FetchedTasks>> TaskListViewModel::fetch()
-{
-    const QPointer<TaskListViewModel> self(this);
-    log::info(QStringLiteral("💀 Starting task fetch process from repository"));
-    log::info(QStringLiteral("💀 Fetching tasks from repository"));
-    m_repository.reloadTaskManagers();
-    std::exception_ptr failure;
-    try {
-        FetchedTasks fetched = co_await m_repository.fetchTasks(false);
-        log::info(QStringLiteral("💀 Loaded %1 tasks from repository").arg(fetched.tasks.size()));
-        co_return fetched;
-    } catch (...) {
-        failure = std::current_exception();
-    }
-    if (self) {
-        handleFailure(failure);
-    }
-    co_return std::nullopt;
-}
-
-void TaskListViewModel::handleFailure(const std::exception_ptr &error)
-{
-    try {
-        std::rethrow_exception(error);
-    } catch (const TaskRepositoryError &failure) {
-        // The first cause that has a row of its own decides; the repository has reported the others itself.
-        for (const TaskRepositoryError::Cause &cause : failure.causes()) {
-            if (cause.isPermission) {
-                const bool isOmniFocus = cause.source == rawValue(TaskManagerType::OmniFocus);
-                m_permissionIssues.append(
-                    isOmniFocus ? tr("AppleScript Permission denied - grant automation permission")
-                                : tr("Permission issue: %1").arg(cause.source + u": " + cause.message));
-                return;
-            }
-            if (cause.error) {
-                handleSourceFailure(cause.error);
-                return;
-            }
-        }
-        log::error(u"Error loading tasks from repository: " + failure.message());
-    } catch (...) {
-        handleSourceFailure(std::current_exception());
-    }
-}
-
-void TaskListViewModel::handleSourceFailure(const std::exception_ptr &error)
-{
-    try {
-        std::rethrow_exception(error);
-    } catch (const AppleScriptError &failure) {
-        switch (failure.kind()) {
-        case AppleScriptError::Kind::OmniFocusNotRunning:
-            handleError(tr("⚠️ OmniFocus isn't running."));
-            return;
-        case AppleScriptError::Kind::PermissionDenied:
-            m_permissionIssues.append(tr("AppleScript Permission denied - grant automation permission"));
-            return;
-        case AppleScriptError::Kind::OmniFocusProRequired:
-            switchToPlainText();
-            return;
-        default:
-            log::error(u"Error loading tasks from repository: " + failure.message());
-        }
-    } catch (const SourceError &failure) {
-        if (isPermissionCode(failure.code())) {
-            m_permissionIssues.append(tr("Permission issue: %1").arg(failure.message()));
-        } else {
-            log::error(u"Error loading tasks from repository: " + failure.message());
-        }
-    } catch (const std::exception &failure) {
-        log::error(u"Error loading tasks from repository: " + QString::fromUtf8(failure.what()));
-    }
-}
-
-void TaskListViewModel::switchToPlainText()
+void TaskListViewModel::switchToPlainText(const QString &message)
 {
     log::warning(
         QStringLiteral("OmniFocus Pro required but not available. Disabling OmniFocus as a task source."));
-    m_errorMessage =
-        tr("⚠️ OmniFocus Pro is required for scripting. OmniFocus has been disabled as a task source. "
-           "Plain Text has been enabled as a fallback.");
+    m_errorMessage = message;
     TaskSourceConfiguration configuration = m_factory.getTaskSourceConfiguration();
     configuration.isOmniFocusEnabled = false;
     configuration.isPlainTextEnabled = true;
@@ -251,6 +236,12 @@ void TaskListViewModel::switchToPlainText()
     updateCurrentTaskSources();
     m_notifications.post(notifications::TaskSourceConfigurationChanged);
     m_clock.after(ProRequiredDelay, this, [this] { loadTasks(); });
+}
+
+void TaskListViewModel::refresh()
+{
+    loadTasks();
+    m_announcer.announce(tr("Refreshing tasks"));
 }
 
 void TaskListViewModel::retry()
@@ -299,9 +290,23 @@ TaskListViewModel::Screen TaskListViewModel::screen() const
     return Screen::Content;
 }
 
+QStringList TaskListViewModel::permissionSteps() const
+{
+    if (m_desktop != DesktopFamily::Mac) {
+        return {};
+    }
+    return {
+        tr("1. Open System Settings"),
+        tr("2. Go to Privacy & Security"),
+        tr("3. Select Automation or Reminders"),
+        tr("4. Enable access for Vantrel"),
+    };
+}
+
 QStringList TaskListViewModel::remindersGuidance() const
 {
-    if (!m_permissionMessage || !m_permissionMessage->contains(u"Reminders")) {
+    if (m_desktop != DesktopFamily::Mac || !m_permissionMessage ||
+        !m_permissionMessage->contains(u"Reminders")) {
         return {};
     }
     return {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "board/BoardState.h"
+#include "feedback/DesktopPorts.h"
 #include "sources/TaskCache.h"
 #include "viewmodels/ViewMode.h"
 
@@ -9,7 +10,6 @@
 #include <QVariantList>
 #include <QtQml/qqmlregistration.h>
 
-#include <exception>
 #include <optional>
 
 namespace vantrel {
@@ -17,6 +17,7 @@ namespace vantrel {
 class Announcer;
 class TaskManagerFactory;
 class TaskRepository;
+struct LoadFailure;
 
 /**
  * The main loop of the program: one run fetches the tasks of all sources, hands them to the board, and turns
@@ -31,6 +32,7 @@ class TaskListViewModel : public QObject
     Q_PROPERTY(Screen screen READ screen NOTIFY stateChanged)
     Q_PROPERTY(QString errorMessage READ errorMessage NOTIFY stateChanged)
     Q_PROPERTY(QString permissionMessage READ permissionMessage NOTIFY stateChanged)
+    Q_PROPERTY(QStringList permissionSteps READ permissionSteps CONSTANT)
     Q_PROPERTY(QStringList remindersGuidance READ remindersGuidance NOTIFY stateChanged)
     Q_PROPERTY(QString viewMode READ viewMode NOTIFY viewModeChanged)
     Q_PROPERTY(QVariantList viewModes READ viewModes CONSTANT)
@@ -43,10 +45,12 @@ public:
 
     TaskListViewModel(BoardState &board, TaskRepository &repository, TaskManagerFactory &factory,
                       NotificationCenter &notifications, Announcer &announcer, Clock &clock,
-                      QObject *parent = nullptr);
+                      DesktopFamily desktop, QObject *parent = nullptr);
 
     /** One run, unless the board has not finished its own first load. Returns at once. */
     Q_INVOKABLE void loadTasks();
+    /** The toolbar's button: says so, and runs. */
+    Q_INVOKABLE void refresh();
     /** The retry buttons: says so, and runs. */
     Q_INVOKABLE void retry();
     Q_INVOKABLE void announceFocusOnRetry();
@@ -59,6 +63,8 @@ public:
     bool needsTaskManagerPermissions() const { return m_needsTaskManagerPermissions; }
     QString errorMessage() const { return m_errorMessage.value_or(QString()); }
     QString permissionMessage() const { return m_permissionMessage.value_or(QString()); }
+    /** How to allow access in the desktop's settings; nothing where it is not given there. */
+    QStringList permissionSteps() const;
     /** Lines that stand below a permission message which speaks of Reminders. */
     QStringList remindersGuidance() const;
     const WorkItems &tasks() const { return m_tasks; }
@@ -77,15 +83,20 @@ Q_SIGNALS:
     void refreshRequested();
 
 private:
-    void observeNotifications();
+    void observe(NotificationName name, NotificationCenter::Handler handler);
+    void observeRepository();
+    void observeSettings();
+    void observeCommands();
     void refreshUI();
     void handleError(const QString &message);
     void updateCurrentTaskSources();
     QCoro::Task<> run();
-    QCoro::Task<std::optional<FetchedTasks>> fetch();
-    void handleFailure(const std::exception_ptr &error);
-    void handleSourceFailure(const std::exception_ptr &error);
-    void switchToPlainText();
+    /** False, with the error told, if there is no source to fall back to. */
+    bool enableFallback();
+    /** Gives what the permission screen is to say, if it is to be shown. */
+    std::optional<QString> handleFailure(const LoadFailure &failure);
+    void finishRun(const FetchedTasks &fetched, const std::optional<QString> &permissionIssue);
+    void switchToPlainText(const QString &message);
 
     BoardState &m_board;
     TaskRepository &m_repository;
@@ -93,13 +104,12 @@ private:
     NotificationCenter &m_notifications;
     Announcer &m_announcer;
     Clock &m_clock;
+    const DesktopFamily m_desktop;
     WorkItems m_tasks;
     std::optional<QString> m_errorMessage;
     bool m_isLoading = false;
     bool m_needsTaskManagerPermissions = false;
     std::optional<QString> m_permissionMessage;
-    /** What the run under way found missing, for the permission screen. */
-    QStringList m_permissionIssues;
     QString m_currentTaskSources = QStringLiteral("Task Sources");
     ViewMode m_viewMode = ViewMode::Visualize;
 };

@@ -11,7 +11,8 @@ namespace vantrel {
 
 DesktopPlatform makeDesktopPlatform()
 {
-    return {.announcements = std::make_unique<AtSpiAnnouncementSink>(),
+    return {.family = DesktopFamily::Linux,
+            .announcements = std::make_unique<AtSpiAnnouncementSink>(),
             .sounds = makeSoundPlayer(),
             .appearance = std::make_unique<PortalAppearance>(QDBusConnection::sessionBus()),
             .clipboard = std::make_unique<QtClipboard>(),

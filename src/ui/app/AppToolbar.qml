@@ -12,6 +12,7 @@ FocusScope {
     readonly property Command refreshCommand: app.commands.command("refresh")
     readonly property Command focusCommand: app.commands.command("toggleTaskFocus")
     readonly property Command addCommand: app.commands.command("quickAdd")
+    readonly property Command menuCommand: app.commands.command("menu")
 
     Accessible.role: Accessible.ToolBar
     Accessible.name: qsTr("Toolbar")
@@ -54,7 +55,7 @@ FocusScope {
             text: qsTr("Refresh tasks")
             hint: qsTr("Refresh Tasks") + "  " + root.refreshCommand.keys
             Accessible.description: qsTr("Loads tasks from all enabled sources")
-            onClicked: root.refreshCommand.trigger()
+            onClicked: root.app.taskList.refresh()
         }
         ToolbarButton {
             objectName: "focusButton"
@@ -94,9 +95,9 @@ FocusScope {
             objectName: "menuButton"
             symbol: "line.3.horizontal"
             text: qsTr("Menu")
-            hint: qsTr("All commands") + "  F10"
+            hint: qsTr("All commands") + "  " + root.menuCommand.keys
             active: menu.visible
-            onClicked: root.openMenu()
+            onClicked: root.menuCommand.trigger()
         }
     }
 

@@ -1,7 +1,6 @@
 pragma ComponentBehavior: Bound
 
 import QtQuick
-import QtQuick.Templates as T
 import Vantrel.ViewModels
 
 /** Every command there is, by group, with its key. */

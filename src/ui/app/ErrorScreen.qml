@@ -11,6 +11,8 @@ MessageScreen {
     symbolColor: Theme.amber
     title: qsTr("Something went wrong")
     message: taskList.errorMessage
+    accessibleName: qsTr("Error")
+    accessibleDescription: qsTr("An error occurred while loading tasks")
     actionText: qsTr("Retry")
     onActionTriggered: taskList.retry()
     onActionFocused: taskList.announceFocusOnRetry()

@@ -11,6 +11,8 @@ Window {
     height: 700
     minimumWidth: 560
     minimumHeight: 400
+    x: Screen.virtualX + (Screen.width - width) / 2
+    y: Screen.virtualY + (Screen.height - height) / 2
     visible: true
     title: qsTr("Vantrel")
     color: Theme.window
@@ -40,16 +42,19 @@ Window {
         }
     }
 
+    // By its file, not as a component: the shell's types, and the libraries that they need, are read only then.
     Loader {
         id: shell
         objectName: "shell"
         anchors.fill: parent
-        active: false
         focus: true
-        sourceComponent: Shell {
-            app: root.app
+    }
+    Connections {
+        target: root
+        enabled: shell.status === Loader.Null
+
+        function onFrameSwapped() {
+            shell.setSource("Shell.qml", {app: root.app});
         }
     }
-
-    onFrameSwapped: if (!shell.active) shell.active = true
 }

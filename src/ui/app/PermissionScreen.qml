@@ -12,17 +12,22 @@ MessageScreen {
     symbol: "lock.shield"
     title: qsTr("Permission Required")
     message: qsTr("Vantrel needs permission to read and change your tasks.")
+    accessibleName: qsTr("Permission required")
     actionText: qsTr("Try Again")
+    actionDescription: qsTr("Attempts to load your tasks again")
     onActionTriggered: taskList.retry()
     onActionFocused: taskList.announceFocusOnRetry()
 
     ThemedText {
+        visible: steps.count > 0
         text: qsTr("To grant permission:")
         font.weight: Theme.headingWeight
+        Accessible.name: qsTr("Steps to grant permission")
+        Accessible.description: qsTr("Follow these steps in System Settings")
     }
     Repeater {
-        model: [qsTr("1. Open System Settings"), qsTr("2. Go to Privacy & Security"),
-                qsTr("3. Select Automation or Reminders"), qsTr("4. Enable access for Vantrel")]
+        id: steps
+        model: root.taskList.permissionSteps
 
         ThemedText {
             required property string modelData

@@ -9,8 +9,8 @@ Rectangle {
     implicitWidth: row.implicitWidth + 20
     implicitHeight: row.implicitHeight + 12
     radius: height / 2
-    color: Theme.dark ? Theme.press : "#CC2A2F38"
-    opacity: saving ? 0.95 : 0
+    color: Theme.note
+    opacity: saving ? 0.9 : 0
     visible: opacity > 0
     Accessible.role: Accessible.StatusBar
     Accessible.name: qsTr("Saving...")
@@ -27,12 +27,12 @@ Rectangle {
         BusySpinner {
             anchors.verticalCenter: parent.verticalCenter
             size: 12
-            color: "#FFFFFF"
+            color: Theme.onNote
         }
         ThemedText {
             text: qsTr("Saving...")
             font.pixelSize: Theme.small
-            color: "#FFFFFF"
+            color: Theme.onNote
         }
     }
 }

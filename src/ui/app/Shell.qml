@@ -10,13 +10,14 @@ FocusScope {
     required property AppViewModel app
 
     readonly property bool hasSheet: root.app.quickAdd.open
+    readonly property bool isTyping: Window.activeFocusItem instanceof TextInput
+                                     || Window.activeFocusItem instanceof TextEdit
 
     focus: true
     Accessible.role: Accessible.Pane
     Accessible.name: qsTr("Vantrel Main Application")
     Accessible.description: root.app.taskList.accessibleValue
 
-    /** One shortcut for each command, whoever else shows it. None acts while a sheet stands. */
     Instantiator {
         model: root.app.commands.all
 
@@ -24,31 +25,37 @@ FocusScope {
             required property Command modelData
 
             command: modelData
-            blocked: root.hasSheet && modelData.commandId !== "quit"
+            blocked: modelData.commandId !== "quit" && root.hasSheet || modelData.isForBoard && root.isTyping
         }
     }
-    Shortcut {
-        sequences: ["F6"]
-        enabled: !root.hasSheet
-        onActivated: root.moveToPane(1)
-    }
-    Shortcut {
-        sequences: ["Shift+F6"]
-        enabled: !root.hasSheet
-        onActivated: root.moveToPane(-1)
-    }
-    Shortcut {
-        sequences: ["F10"]
-        enabled: !root.hasSheet
-        onActivated: toolbar.openMenu()
+    Connections {
+        target: root.app.commands
+
+        function onWindowCommandRequested(id: string) {
+            switch (id) {
+            case "nextPane":
+                root.moveToPane(1);
+                break;
+            case "previousPane":
+                root.moveToPane(-1);
+                break;
+            case "menu":
+                toolbar.openMenu();
+                break;
+            }
+        }
     }
 
     /** Moves the keyboard between the parts of the window that can take it. */
     function moveToPane(step: int) {
-        const panes = [rail, toolbar, content].filter(pane => pane.visible);
-        const current = panes.findIndex(pane => pane.activeFocus);
-        const next = panes[(current + step + panes.length) % panes.length];
-        next.forceActiveFocus(Qt.TabFocusReason);
+        const panes = [rail, toolbar, content, toast];
+        let next = 0;
+        for (let i = 0; i < panes.length; ++i)
+            next = panes[i].activeFocus ? i : next;
+        do
+            next = (next + step + panes.length) % panes.length;
+        while (!panes[next].visible);
+        panes[next].forceActiveFocus(Qt.TabFocusReason);
     }
 
     Rectangle {
@@ -93,9 +100,8 @@ FocusScope {
     }
 
     Loader {
-        id: quickAdd
         anchors.fill: parent
-        active: root.app.quickAdd.open
+        active: root.hasSheet
         sourceComponent: QuickAddSheet {
             quickAdd: root.app.quickAdd
         }
@@ -103,10 +109,12 @@ FocusScope {
     }
 
     ToastView {
+        id: toast
         anchors.horizontalCenter: parent.horizontalCenter
         anchors.bottom: parent.bottom
         anchors.bottomMargin: 26
         maximumWidth: parent.width - 40
         toast: root.app.toast
+        onVisibleChanged: if (!visible && activeFocus) content.forceActiveFocus()
     }
 }

@@ -1,9 +1,8 @@
 import QtQuick
-import QtQuick.Templates as T
 import Vantrel.ViewModels
 
 /** A passing notice that rises from the bottom. */
-Item {
+FocusScope {
     id: root
 
     required property ToastViewModel toast
@@ -68,31 +67,18 @@ Item {
         text: root.toast.message
         wrapMode: Text.Wrap
     }
-    T.AbstractButton {
-        id: dismissButton
+    ToolbarButton {
         anchors.right: parent.right
         anchors.rightMargin: 10
         anchors.verticalCenter: parent.verticalCenter
-        width: 24
-        height: 24
-        hoverEnabled: true
-        Accessible.role: Accessible.Button
-        Accessible.name: qsTr("Dismiss notification")
+        implicitWidth: 24
+        implicitHeight: 24
+        focus: true
+        symbol: "xmark"
+        symbolSize: Theme.smallIconSize
+        text: qsTr("Dismiss notification")
+        hint: ""
         Accessible.description: qsTr("Dismisses the current notification")
-        Accessible.onPressAction: dismissButton.clicked()
         onClicked: root.toast.dismiss()
-
-        contentItem: Item {
-            SymbolImage {
-                anchors.centerIn: parent
-                symbol: "xmark"
-                size: 14
-                color: Theme.secondaryText
-            }
-        }
-        background: Rectangle {
-            radius: Theme.chipRadius
-            color: dismissButton.hovered ? Theme.hover : "transparent"
-        }
     }
 }

@@ -26,7 +26,7 @@ Item {
         width: 200
         height: 20
         radius: 10
-        color: "#2C3E50"
+        color: Theme.gaugeGround
 
         Rectangle {
             width: Math.max(height, parent.width * root.gauge.progress)
@@ -49,7 +49,7 @@ Item {
             text: root.gauge.text
             font.pixelSize: Theme.small
             font.weight: Theme.titleWeight
-            color: "#80000000"
+            color: Theme.gaugeTextShadow
             Accessible.ignored: true
         }
         ThemedText {
@@ -57,7 +57,7 @@ Item {
             text: root.gauge.text
             font.pixelSize: Theme.small
             font.weight: Theme.titleWeight
-            color: "#FFFFFF"
+            color: Theme.gaugeText
             Accessible.ignored: true
         }
         SequentialAnimation on scale {

@@ -1,15 +1,18 @@
 import QtQuick
 import QtQuick.Templates as T
 
-/** One command of a menu, with its key at the right. */
+/** One command of a menu with its key at the right, or the way into a menu within. */
 T.MenuItem {
     id: root
 
     property string keys: ""
     property string symbol: ""
 
-    implicitWidth: leftPadding + 26 + label.implicitWidth + (keys === "" ? 0 : 28 + keysLabel.implicitWidth) + rightPadding
-    implicitHeight: visible ? 30 : 0
+    readonly property real textInset: 26
+
+    implicitWidth: leftPadding + textInset + label.implicitWidth + rightPadding
+                   + (keysLabel.implicitWidth > 0 ? keysLabel.implicitWidth + 28 : 0)
+    implicitHeight: visible ? Theme.menuItemHeight : 0
     leftPadding: 8
     rightPadding: 10
     hoverEnabled: true
@@ -31,7 +34,7 @@ T.MenuItem {
         }
         ThemedText {
             id: label
-            x: 26
+            x: root.textInset
             anchors.verticalCenter: parent.verticalCenter
             width: keysLabel.x - x - 16
             text: root.text
@@ -43,6 +46,14 @@ T.MenuItem {
             anchors.verticalCenter: parent.verticalCenter
             text: root.keys
             font.pixelSize: Theme.small
+            color: Theme.faintText
+        }
+        SymbolImage {
+            anchors.right: parent.right
+            anchors.verticalCenter: parent.verticalCenter
+            visible: root.subMenu !== null
+            symbol: "chevron.right"
+            size: Theme.smallIconSize
             color: Theme.faintText
         }
     }

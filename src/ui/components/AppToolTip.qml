@@ -21,11 +21,11 @@ T.ToolTip {
         text: root.text
         font.pixelSize: Theme.small
         wrapMode: Text.Wrap
-        color: Theme.dark ? Theme.text : "#FFFFFF"
+        color: Theme.onNote
     }
     background: Rectangle {
         radius: Theme.chipRadius
-        color: Theme.dark ? Theme.press : "#2A2F38"
+        color: Theme.note
     }
     enter: Transition {
         NumberAnimation { property: "opacity"; from: 0; to: 1; duration: Theme.quick }

@@ -12,14 +12,17 @@ FocusScope {
     property string title: ""
     property string message: ""
     property string actionText: ""
+    property string actionDescription: ""
+    property string accessibleName: title
+    property string accessibleDescription: message
     default property alias extra: extraColumn.data
 
     signal actionTriggered
     signal actionFocused
 
     Accessible.role: Accessible.Grouping
-    Accessible.name: title
-    Accessible.description: message
+    Accessible.name: accessibleName
+    Accessible.description: accessibleDescription
 
     Flickable {
         anchors.fill: parent
@@ -73,6 +76,7 @@ FocusScope {
                 objectName: "actionButton"
                 visible: root.actionText !== ""
                 text: root.actionText
+                Accessible.description: root.actionDescription
                 highlighted: true
                 focus: true
                 onClicked: root.actionTriggered()

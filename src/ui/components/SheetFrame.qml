@@ -43,34 +43,42 @@ FocusScope {
     Rectangle {
         id: sheet
         anchors.centerIn: parent
-        width: Math.min(root.contentWidth + 40, root.width - 40)
-        height: Math.min(column.implicitHeight + 40, root.height - 40)
+        width: Math.min(root.contentWidth + 2 * Theme.sheetPadding, root.width - 40)
+        height: Math.min(column.implicitHeight + 2 * Theme.sheetPadding, root.height - 40)
         radius: Theme.windowPartRadius
         color: Theme.surface
         border.width: 1
         border.color: Theme.line
 
-        Column {
-            id: column
-            x: 20
-            y: 20
-            width: parent.width - 40
-            spacing: Theme.laneGap
+        Flickable {
+            anchors.fill: parent
+            contentHeight: column.height + 2 * Theme.sheetPadding
+            interactive: contentHeight > height
+            boundsBehavior: Flickable.StopAtBounds
+            clip: interactive
 
-            ThemedText {
-                width: parent.width
-                visible: root.title !== ""
-                text: root.title
-                font.pixelSize: Theme.large
-                font.weight: Theme.headingWeight
-                elide: Text.ElideRight
-            }
-            ThemedText {
-                width: parent.width
-                visible: root.subtitle !== ""
-                text: root.subtitle
-                color: Theme.secondaryText
-                wrapMode: Text.Wrap
+            Column {
+                id: column
+                x: Theme.sheetPadding
+                y: Theme.sheetPadding
+                width: parent.width - 2 * Theme.sheetPadding
+                spacing: Theme.laneGap
+
+                ThemedText {
+                    width: parent.width
+                    visible: root.title !== ""
+                    text: root.title
+                    font.pixelSize: Theme.large
+                    font.weight: Theme.headingWeight
+                    elide: Text.ElideRight
+                }
+                ThemedText {
+                    width: parent.width
+                    visible: root.subtitle !== ""
+                    text: root.subtitle
+                    color: Theme.secondaryText
+                    wrapMode: Text.Wrap
+                }
             }
         }
     }

@@ -8,12 +8,12 @@ T.AbstractButton {
     required property string symbol
     property string hint: text
     property bool active: false
+    property real symbolSize: Theme.iconSize
 
     implicitWidth: Theme.toolButtonSize
     implicitHeight: Theme.toolButtonSize
     hoverEnabled: true
     focusPolicy: Qt.TabFocus
-    opacity: enabled ? 1 : 0.4
     Accessible.role: Accessible.Button
     Accessible.name: text
     Accessible.onPressAction: root.clicked()
@@ -24,6 +24,7 @@ T.AbstractButton {
         SymbolImage {
             anchors.centerIn: parent
             symbol: root.symbol
+            size: root.symbolSize
             color: root.active ? Theme.accent : Theme.secondaryText
         }
     }

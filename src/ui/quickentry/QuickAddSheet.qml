@@ -1,3 +1,5 @@
+pragma ComponentBehavior: Bound
+
 import QtQuick
 import Vantrel.ViewModels
 
@@ -8,7 +10,6 @@ SheetFrame {
     required property QuickAddViewModel quickAdd
 
     title: qsTr("Quick Add Task")
-    contentWidth: 500
     onDismissed: quickAdd.close()
     Component.onCompleted: field.forceActiveFocus()
 
@@ -17,7 +18,7 @@ SheetFrame {
         objectName: "quickAddField"
         width: parent?.width ?? 0
         focus: true
-        placeholderText: qsTr("What needs to be done?")
+        placeholderText: qsTr("New task")
         text: root.quickAdd.text
         Accessible.name: qsTr("Task input field")
         Accessible.description: qsTr("Enter your task description.")
@@ -27,6 +28,7 @@ SheetFrame {
 
         Connections {
             target: root.quickAdd
+
             function onTextChanged() {
                 field.text = root.quickAdd.text;
             }
@@ -34,19 +36,52 @@ SheetFrame {
     }
     Row {
         width: parent?.width ?? 0
-        spacing: 6
+        spacing: Theme.gap
         visible: root.quickAdd.errorMessage !== ""
 
         SymbolImage {
+            id: errorSymbol
             symbol: "exclamationmark.triangle"
-            size: 16
+            size: Theme.smallIconSize
             color: Theme.red
         }
         ThemedText {
-            width: parent.width - 22
+            objectName: "quickAddError"
+            width: parent.width - errorSymbol.width - parent.spacing
             text: root.quickAdd.errorMessage
-            color: Theme.red
+            color: Theme.redText
+            font.pixelSize: Theme.small
             wrapMode: Text.Wrap
+        }
+    }
+    Column {
+        width: parent?.width ?? 0
+        spacing: Theme.unit
+        visible: failed.count > 0
+
+        ThemedText {
+            text: qsTr("Not added:")
+            color: Theme.secondaryText
+            font.pixelSize: Theme.small
+        }
+        Repeater {
+            id: failed
+            model: root.quickAdd.failedLines
+
+            ThemedText {
+                required property string modelData
+
+                width: parent?.width ?? 0
+                text: modelData
+                elide: Text.ElideRight
+            }
+        }
+        AppButton {
+            text: qsTr("Try Again")
+            onClicked: {
+                root.quickAdd.retry();
+                field.forceActiveFocus();
+            }
         }
     }
     Item {
@@ -56,18 +91,18 @@ SheetFrame {
         ThemedText {
             anchors.left: parent.left
             anchors.right: buttons.left
-            anchors.rightMargin: 12
+            anchors.rightMargin: Theme.laneGap
             anchors.verticalCenter: parent.verticalCenter
             text: root.quickAdd.lastAdded === "" ? qsTr("Return adds the task, Escape closes")
                                                  : qsTr("Added “%1”").arg(root.quickAdd.lastAdded)
-            color: root.quickAdd.lastAdded === "" ? Theme.faintText : Theme.green
+            color: root.quickAdd.lastAdded === "" ? Theme.faintText : Theme.greenText
             font.pixelSize: Theme.small
             elide: Text.ElideRight
         }
         Row {
             id: buttons
             anchors.right: parent.right
-            spacing: 8
+            spacing: Theme.gap
 
             AppButton {
                 text: qsTr("Close")
@@ -77,7 +112,7 @@ SheetFrame {
                 objectName: "quickAddButton"
                 text: qsTr("Create Task")
                 highlighted: true
-                enabled: field.text.trim() !== "" && !root.quickAdd.creating
+                enabled: field.text.trim() !== ""
                 onClicked: {
                     root.quickAdd.submit();
                     field.forceActiveFocus();

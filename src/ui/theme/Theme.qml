@@ -2,7 +2,7 @@ pragma Singleton
 
 import QtQuick
 
-/** Every colour, size and duration of the interface, in two schemes. Set `dark` and `reducedMotion` from the desktop. */
+/** Every colour, size and duration of the interface, in two schemes. The window sets `dark` and `reducedMotion`. */
 QtObject {
     property bool dark: false
     property bool reducedMotion: false
@@ -25,10 +25,10 @@ QtObject {
     // Text
     readonly property color text: dark ? "#E9ECF1" : "#1B1F26"
     readonly property color secondaryText: dark ? "#A6AEBB" : "#5B6370"
-    readonly property color faintText: dark ? "#8D96A5" : "#6F7785"
+    readonly property color faintText: dark ? "#959EAD" : "#626A77"
     readonly property color onAccent: dark ? "#0E1420" : "#FFFFFF"
 
-    // Meaning
+    // Meaning: the plain colours for symbols and lines, those called text for letters, also on a tint
     readonly property color accent: dark ? "#6E9BFF" : "#2F6BED"
     readonly property color accentTint: dark ? "#24304A" : "#E6EEFE"
     readonly property color red: dark ? "#FF7B7B" : "#DC2F2F"
@@ -39,7 +39,21 @@ QtObject {
     readonly property color greenTint: dark ? "#20352A" : "#E3F4E8"
     readonly property color violet: dark ? "#B594F7" : "#7A45D8"
     readonly property color violetTint: dark ? "#30284A" : "#F0E9FC"
+    readonly property color accentText: dark ? "#6E9BFF" : "#2459CC"
+    readonly property color redText: dark ? "#FF7B7B" : "#C22222"
+    readonly property color amberText: dark ? "#F4B04F" : "#945505"
+    readonly property color greenText: dark ? "#5BCB83" : "#13713A"
+    readonly property color violetText: dark ? "#B594F7" : "#7A45D8"
     readonly property color flagStripe: "#E8930C"
+
+    // Small dark grounds that lie above everything: hints, the sign that something is being saved
+    readonly property color note: dark ? "#343A44" : "#2A2F38"
+    readonly property color onNote: dark ? "#E9ECF1" : "#FFFFFF"
+
+    // The gauge looks the same in both schemes.
+    readonly property color gaugeGround: "#2C3E50"
+    readonly property color gaugeText: "#FFFFFF"
+    readonly property color gaugeTextShadow: "#80000000"
 
     // Shadows are painted: a few translucent rectangles, no effects.
     readonly property color shadow: dark ? "#50000000" : "#14101828"
@@ -77,6 +91,8 @@ QtObject {
     readonly property int railWidth: 92
     readonly property int controlHeight: 32
     readonly property int toolButtonSize: 32
+    readonly property int menuItemHeight: 30
+    readonly property int sheetPadding: 20
     readonly property int iconSize: 18
     readonly property int smallIconSize: 14
 
