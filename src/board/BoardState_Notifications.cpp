@@ -171,16 +171,15 @@ QCoro::Task<> BoardState::addPlainTextTask(QString taskId)
     if (!place) {
         co_return;
     }
-    const auto rows = co_await m_services.persistence.readAllTaskPositions();
+    auto read = co_await m_services.persistence.readAllTaskPositions();
     if (!self) {
         co_return;
     }
-    const auto isMeant = [this, &taskId](const PersistentTaskPosition &row) {
-        return row.id == taskId && m_columnManager.column(row.columnId);
-    };
-    const auto end = rows ? rows->end() : std::vector<PersistentTaskPosition>::const_iterator();
-    const auto row = rows ? std::find_if(rows->begin(), end, isMeant) : end;
-    if (row == end) {
+    const auto rows = std::move(read).value_or(std::vector<PersistentTaskPosition>());
+    const auto row = std::find_if(rows.begin(), rows.end(), [this, &taskId](const PersistentTaskPosition &r) {
+        return r.id == taskId && m_columnManager.column(r.columnId);
+    });
+    if (row == rows.end()) {
         log::warning(
             u"⚠️ Task position not found in persistence manager, will be created during import"_s);
         place->position = static_cast<int>(m_placements.size(place->cell()));
