@@ -32,11 +32,13 @@ QFuture<Told> reconcileOnWorker(std::vector<PlainTextRecord> rows, std::vector<P
 void logDisagreement(const ReconciledTasks &told)
 {
     constexpr qsizetype most = 5;
+    constexpr qsizetype few = 3;
     if (!told.withoutRow.isEmpty()) {
         log::warning(QString::number(told.withoutRow.size()) + u" positions without task data in SQLite");
         for (const QString &id : told.withoutRow.mid(0, most)) {
             log::warning(u"  - Orphaned position ID: " + id);
         }
+        log::debug(u"🔍 First few position IDs: " + told.withoutRow.mid(0, few).join(u", "));
     }
     if (!told.withoutPlace.isEmpty()) {
         log::warning(QString::number(told.withoutPlace.size()) + u" tasks in SQLite without positions!");
@@ -46,6 +48,7 @@ void logDisagreement(const ReconciledTasks &told)
             const WorkItemFields &fields = told.tasks[first + static_cast<std::size_t>(i)].fields;
             log::debug(u"⚠️ Task without position: " + fields.id + u" - " + fields.name);
         }
+        log::debug(u"💾 First few task IDs from SQLite: " + told.withoutPlace.mid(0, few).join(u", "));
     }
 }
 
