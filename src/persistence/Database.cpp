@@ -4,6 +4,7 @@
 #include "persistence/DatabaseSchema.h"
 
 #include <QFile>
+#include <QRegularExpression>
 
 #include <sqlite3.h>
 
@@ -12,11 +13,28 @@
 
 namespace vantrel {
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 constexpr std::chrono::milliseconds QuietBeforeIdleWork{300};
 constexpr std::chrono::seconds PauseBeforeRetry{5};
 constexpr int BusyTimeoutMilliseconds = 5000;
+
+/** True if a finding of quick_check tells of a disk that did not answer rather than of a damaged file. */
+bool hasReadFailure(const QString &finding)
+{
+    static const QRegularExpression unreadPage(
+        u"unable to get the page. error code=(\\d+)|failed to get page"_s);
+    for (auto matches = unreadPage.globalMatch(finding); matches.hasNext();) {
+        constexpr int primaryCodeMask = 0xFF;
+        const int code = matches.next().captured(1).toInt() & primaryCodeMask;
+        if (code != SQLITE_CORRUPT && code != SQLITE_NOTADB) {
+            return true;
+        }
+    }
+    return false;
+}
 
 } // namespace
 
@@ -36,10 +54,18 @@ void Database::open(Date now)
     close();
     m_moment = now;
     Health health = openConnection();
+    if (health == Health::Unreadable) {
+        health = openConnection();
+    }
     if (health == Health::Damaged) {
+        log::error(u"The database is damaged: " + m_connection.failureMessage());
         health = moveDamagedFileAside(now) ? openConnection() : Health::Unreadable;
     }
-    if (health != Health::Sound) {
+    if (health == Health::Sound) {
+        configure();
+        createTables(m_connection);
+    }
+    if (health != Health::Sound || !hasTables(m_connection)) {
         log::error(u"Failed to open SQLite database: " + m_connection.failureMessage());
         report(StorageProblem::Kind::DatabaseNotOpened,
                tr("%1 could not be opened: %2. Nothing is saved until the program is started again.")
@@ -48,8 +74,6 @@ void Database::open(Date now)
         m_connection.close();
         return;
     }
-    configure();
-    createTables(m_connection);
     m_journal.begin();
 }
 
@@ -71,11 +95,11 @@ Database::Health Database::check()
                              "'eisenhowerAssignments', 'plainTextTasks')");
     while (check.step()) {
         if (const QString finding = check.text(0); finding != u"ok") {
-            log::error(u"The database is damaged: " + finding);
-            return Health::Damaged;
+            m_connection.fail({hasReadFailure(finding) ? SQLITE_IOERR : SQLITE_CORRUPT, finding});
+            break;
         }
     }
-    if (!check.hasFailed()) {
+    if (!m_connection.failure()) {
         return Health::Sound;
     }
     const int code = m_connection.failure()->code;
@@ -104,9 +128,11 @@ void Database::configure()
     if (!m_connection.execute("PRAGMA foreign_keys = ON;")) {
         log::warning(QStringLiteral("Failed to enable foreign keys"));
     }
-    // Every commit is on the disk before it counts as done; what the log of SQLite has gathered is brought
-    // into the database when nobody waits, and within a write only if there was no pause for very long.
-    for (const char *pragma : {"PRAGMA journal_mode = WAL", "PRAGMA synchronous = FULL",
+    // Every commit is on the disk before it counts as done. EXTRA, set before the change to WAL, also keeps
+    // the journal of that change from coming back after a power cut; with WAL it is what FULL is. What the
+    // log of SQLite has gathered is brought into the database when nobody waits, and within a write only if
+    // there was no pause for very long.
+    for (const char *pragma : {"PRAGMA synchronous = EXTRA", "PRAGMA journal_mode = WAL",
                                "PRAGMA cache_size = -65536", "PRAGMA temp_store = MEMORY",
                                "PRAGMA wal_autocheckpoint = 16384", "PRAGMA journal_size_limit = 4194304"}) {
         m_connection.execute(pragma);
@@ -197,11 +223,16 @@ Database::Attempt Database::attempt(const Waiting &waiting)
 {
     m_moment = waiting.moment;
     m_hasUncheckpointedWrites = true;
+    if (m_isShortOfSpace) {
+        m_connection.execute("PRAGMA wal_checkpoint(TRUNCATE)");
+    }
     m_connection.forgetFailure();
     if (waiting.change()) {
         return Attempt::Stored;
     }
     if (hasPassingFailure()) {
+        // The log may be what fills the disk: the next attempt brings it in first.
+        m_isShortOfSpace = m_isShortOfSpace || m_connection.failure()->code == SQLITE_FULL;
         return Attempt::Postponed;
     }
     if (!m_connection.failure() || !m_journal.isWriting()) {
@@ -210,14 +241,19 @@ Database::Attempt Database::attempt(const Waiting &waiting)
     // The journal may be what is at fault, and no change is lost for its sake.
     const QString reason = m_connection.failureMessage();
     m_journal.end();
-    m_connection.forgetFailure();
-    if (waiting.change()) {
+    if (makeAgain(waiting.change)) {
         log::error(u"The board journal is given up for this run: " + reason);
         return Attempt::Stored;
     }
     const bool isPostponed = hasPassingFailure();
     m_journal.begin();
     return isPostponed ? Attempt::Postponed : Attempt::Refused;
+}
+
+bool Database::makeAgain(const Change &change)
+{
+    m_connection.forgetFailure();
+    return change();
 }
 
 bool Database::hasPassingFailure() const
@@ -262,6 +298,7 @@ std::optional<std::chrono::milliseconds> Database::workWhenIdle()
     if (writeBacklog() == Attempt::Postponed) {
         return PauseBeforeRetry;
     }
+    m_isShortOfSpace = false;
     if (std::exchange(m_hasUncheckpointedWrites, false)) {
         m_connection.execute("PRAGMA wal_checkpoint(PASSIVE)");
     }

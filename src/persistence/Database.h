@@ -94,6 +94,7 @@ private:
     /** Writes what waits, in order, until one must wait longer. The result of the last one tried. */
     Attempt writeBacklog();
     Attempt attempt(const Waiting &waiting);
+    bool makeAgain(const Change &change);
     bool hasPassingFailure() const;
     void reportWriteFailure(Attempt result);
     std::optional<std::chrono::milliseconds> workWhenIdle();
@@ -114,6 +115,8 @@ private:
     std::atomic<qsizetype> m_backlogSize = 0;
     bool m_hasToldOfPostponed = false;
     bool m_hasUncheckpointedWrites = false;
+    /** The disk was found full: SQLite's own log is kept small until all is quiet again. */
+    bool m_isShortOfSpace = false;
     std::optional<QString> m_backupPath;
     /** Last: its thread has ended before the rest goes. */
     DatabaseQueue m_queue;

@@ -3,6 +3,9 @@
 #include "foundations/Log.h"
 #include "persistence/sqlite/SqliteConnection.h"
 
+#include <algorithm>
+#include <array>
+
 namespace vantrel {
 
 namespace {
@@ -85,6 +88,21 @@ void createTables(SqliteConnection &connection)
                 QStringLiteral("Plain text tasks database initialized successfully"),
                 QStringLiteral("Failed to initialize plain text tasks database"));
     migrateDatabase(connection);
+}
+
+bool hasTables(SqliteConnection &connection)
+{
+    constexpr std::array probes{"SELECT id, columnId, position, lastUpdated, stableColumnId, swimLaneId, "
+                                "stableSwimLaneId, isBlocked, "
+                                "blockReason FROM taskPositions LIMIT 0",
+                                "SELECT id, priority, lastUpdated FROM eisenhowerAssignments LIMIT 0",
+                                "SELECT id, name, note, creationDate, modificationDate, dueDate, deferDate, "
+                                "completionDate, isFlagged, "
+                                "isComplete, projectName, projectId, tagName, tagId, hashtags, originalText "
+                                "FROM plainTextTasks LIMIT 0"};
+    connection.forgetFailure();
+    return std::all_of(probes.begin(), probes.end(),
+                       [&](const char *probe) { return connection.execute(probe); });
 }
 
 } // namespace vantrel

@@ -10,4 +10,7 @@ class SqliteConnection;
  */
 void createTables(SqliteConnection &connection);
 
+/** False, with the connection's failure, if a table or column is missing that reading and writing need. */
+bool hasTables(SqliteConnection &connection);
+
 } // namespace vantrel

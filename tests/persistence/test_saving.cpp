@@ -54,7 +54,7 @@ void TestSaving::runsJobsInTheirOrder()
     std::vector<int> expected(101);
     std::iota(expected.begin(), expected.end(), 0);
     QCOMPARE(order, expected);
-    QCOMPARE(queue.waitingJobs(), 0);
+    QTRY_COMPARE(queue.waitingJobs(), 0);
 }
 
 QCoro::Task<> markWhenDone(QCoro::Task<> task, bool *isDone)

@@ -52,6 +52,8 @@ public:
     /** The first failure since forgetFailure(): what follows it, as a rollback, does not hide it. */
     const std::optional<SqliteFailure> &failure() const { return m_failure; }
     void forgetFailure() { m_failure.reset(); }
+    /** Notes a failure that SQLite told of in a result. */
+    void fail(SqliteFailure failure) { m_failure = std::move(failure); }
     QString failureMessage() const { return m_failure ? m_failure->message : QString(); }
 
     sqlite3 *handle() const { return m_handle; }
