@@ -1,0 +1,75 @@
+#include "app/Services.h"
+
+#include <thread>
+
+namespace vantrel {
+
+namespace {
+
+QString userDefaultsPath(const AppConfig &config)
+{
+    return config.filePath(config.isTesting() ? QStringLiteral("devUser-defaults.json")
+                                              : QStringLiteral("user-defaults.json"));
+}
+
+} // namespace
+
+Services::Services(const AppConfig &appConfig, const Ports &ports)
+    : config(appConfig),
+      clock(ports.clock),
+      clipboard(ports.clipboard),
+      urls(ports.urls),
+      appearance(ports.appearance),
+      fileSaver(ports.files),
+      defaults(fileSaver, userDefaultsPath(config)),
+      logManager(defaults),
+      persistence(config, defaults, fileSaver, clock, ports.databaseVfs),
+      saveIndicator(clock),
+      announcer(ports.announcements, clock),
+      toasts(announcer, clock),
+      sounds(ports.sounds, announcer, defaults, clock),
+      plainText(persistence, notifications, clock),
+      managers(defaults, ports.omniFocus ? *ports.omniFocus : omniFocus,
+               ports.reminders ? *ports.reminders : reminders, plainText),
+      repository(managers, persistence, notifications, clock),
+      board(BoardState::createDefault({.clock = clock,
+                                       .notifications = notifications,
+                                       .defaults = defaults,
+                                       .persistence = persistence,
+                                       .saveIndicator = saveIndicator,
+                                       .managers = managers,
+                                       .repository = repository,
+                                       .sounds = sounds,
+                                       .announcer = announcer,
+                                       .toasts = toasts,
+                                       .screen = ports.screen})),
+      blocking(*board, persistence, repository, notifications)
+{
+}
+
+Services::~Services()
+{
+    shutDown(std::chrono::seconds(10));
+}
+
+bool Services::shutDown(std::chrono::milliseconds limit)
+{
+    if (m_isShutDown) {
+        return true;
+    }
+    board->persistenceQueue().handOver();
+    // No event loop runs any more: only the database thread is waited for.
+    const auto end = std::chrono::steady_clock::now() + limit;
+    while (persistence.pendingJobs() > 0 && std::chrono::steady_clock::now() < end) {
+        std::this_thread::sleep_for(std::chrono::milliseconds(1));
+    }
+    if (const qsizetype left = persistence.pendingJobs(); left > 0) {
+        log::error(QStringLiteral("%1 changes could not be stored before the end").arg(left));
+        return false;
+    }
+    persistence.cleanup();
+    m_isShutDown = true;
+    return true;
+}
+
+} // namespace vantrel

@@ -1,0 +1,97 @@
+#pragma once
+
+#include "board/BoardState.h"
+#include "board/TaskBlockingManager.h"
+#include "feedback/Announcer.h"
+#include "feedback/DesktopAppearance.h"
+#include "feedback/DesktopPorts.h"
+#include "feedback/SoundManager.h"
+#include "feedback/ToastManager.h"
+#include "foundations/AppConfig.h"
+#include "foundations/Clock.h"
+#include "foundations/FileSaver.h"
+#include "foundations/Log.h"
+#include "foundations/NotificationCenter.h"
+#include "foundations/UserDefaults.h"
+#include "persistence/BackgroundSaveIndicator.h"
+#include "persistence/PersistenceManager.h"
+#include "sources/TaskManagerFactory.h"
+#include "sources/TaskRepository.h"
+#include "sources/UnavailableTaskManager.h"
+#include "sources/plaintext/PlainTextTaskManager.h"
+
+#include <chrono>
+#include <memory>
+
+namespace vantrel {
+
+/** The world around the program. All of it outlives Services. */
+struct Ports
+{
+    Clock &clock;
+    FileCalls &files;
+    AnnouncementSink &announcements;
+    SoundPlayer &sounds;
+    DesktopAppearance &appearance;
+    Clipboard &clipboard;
+    UrlOpener &urls;
+    Screen &screen;
+    /** Sources in place of the program's own. */
+    TaskManagerProtocol *omniFocus = nullptr;
+    TaskManagerProtocol *reminders = nullptr;
+    /** The virtual file system of SQLite; empty for the system's own. */
+    QByteArray databaseVfs;
+};
+
+/**
+ * The whole program but its face: every service, built in the order of the layers, each given what it needs.
+ *
+ * There is nothing global beside it: two may live side by side on two directories. Built by main(), or by a
+ * test on a temporary directory; GUI thread.
+ */
+struct Services
+{
+    Services(const AppConfig &appConfig, const Ports &ports);
+    /** As shutDown(), if that was not called. */
+    ~Services();
+    Q_DISABLE_COPY_MOVE(Services)
+
+    /**
+     * Hands all that is waiting to the store, waits until it is written and closes the store. False if that
+     * took longer than `limit`, or failed: what was left is in the log, and the store stays open.
+     */
+    bool shutDown(std::chrono::milliseconds limit);
+
+    const AppConfig config;
+    Clock &clock;
+    Clipboard &clipboard;
+    UrlOpener &urls;
+    const DesktopAppearance &appearance;
+
+    FileSaver fileSaver;
+    UserDefaults defaults;
+    LogManager logManager;
+    NotificationCenter notifications;
+
+    PersistenceManager persistence;
+    BackgroundSaveIndicator saveIndicator;
+
+    Announcer announcer;
+    ToastManager toasts;
+    SoundManager sounds;
+
+    UnavailableTaskManager omniFocus{TaskManagerType::OmniFocus};
+    UnavailableTaskManager reminders{TaskManagerType::Reminders};
+    PlainTextTaskManager plainText;
+    TaskManagerFactory managers;
+    TaskRepository repository;
+
+    /** The program's board. Loading begins at once. */
+    std::unique_ptr<BoardState> board;
+    TaskBlockingManager blocking;
+
+private:
+    bool m_isShutDown = false;
+};
+
+} // namespace vantrel

@@ -1,0 +1,63 @@
+#pragma once
+
+#include "app/Services.h"
+#include "support/FakeDesktop.h"
+#include "support/FakeTaskManager.h"
+#include "support/ManualClock.h"
+
+#include <QTemporaryDir>
+
+#include <memory>
+
+namespace vantrel::test {
+
+/**
+ * The whole program but its face, on a folder of its own that is thrown away with it: the Services of
+ * production with a manual clock, a desktop that nobody sees and two scriptable sources. Two may live side by
+ * side. Not started by the constructor, so that a test can prepare the folder and the sources.
+ */
+class TestServices
+{
+public:
+    TestServices();
+    /** Ends the program as the user's quitting does. */
+    ~TestServices();
+    Q_DISABLE_COPY_MOVE(TestServices)
+
+    Services &operator*() { return *m_services; }
+    Services *operator->() { return m_services.get(); }
+
+    /** Builds the services; loading has begun, and goes on with settle(). */
+    void begin();
+    /** begin(), then waits until the board is loaded or has failed to. */
+    void start();
+    /** Ends the program in order; false if something could not be stored. */
+    bool stop();
+    void restart();
+
+    /** Runs all that is due now, on this thread and on the database's, until nothing is under way. */
+    void settle();
+    /** Lets that much time pass, with all that happens in it. */
+    void advance(double seconds);
+
+    QString path(const QString &fileName) const { return config.filePath(fileName); }
+    QString databasePath() const { return path(QStringLiteral("devTaskPositions.sqlite")); }
+    QString boardFilePath() const { return path(QStringLiteral("dev-vantrel-board-configuration.json")); }
+    QString swimLanesFilePath() const { return path(QStringLiteral("devSwimlanes.json")); }
+
+    QTemporaryDir directory;
+    AppConfig config{AppEnvironment::Testing, directory.path()};
+    ManualClock clock;
+    FileCalls files;
+    FakeDesktop desktop;
+    FakeTaskManager omniFocus{TaskManagerType::OmniFocus, clock};
+    FakeTaskManager reminders{TaskManagerType::Reminders, clock};
+    QByteArray databaseVfs;
+
+private:
+    bool isWorking() const;
+
+    std::unique_ptr<Services> m_services;
+};
+
+} // namespace vantrel::test
