@@ -297,11 +297,21 @@ void BoardViewModel::clearTagFilters()
 
 // Drag and drop
 
+QStringList BoardViewModel::dragFormats()
+{
+    return {TaskTransferable::ContentType.toString(), TaskTransferable::PortableContentType.toString(),
+            TextFormat};
+}
+
+int BoardViewModel::draggedTaskCount(const QString &taskId) const
+{
+    return static_cast<int>(m_drops.draggedTaskIds(taskId).size());
+}
+
 QVariantMap BoardViewModel::beginDrag(const QString &taskId)
 {
     m_draggedTaskIds = m_drops.draggedTaskIds(taskId);
     refreshCards({CellModel::IsDraggedRole}, m_draggedTaskIds);
-    Q_EMIT dragChanged();
 
     TaskTransferable card{taskId, {}, {}};
     if (const TaskPosition *place = m_services.board.taskPositions().find(taskId)) {
@@ -321,7 +331,6 @@ void BoardViewModel::endDrag()
     for (CellModel *cell : std::as_const(m_cells)) {
         cell->setDropRow(-1);
     }
-    Q_EMIT dragChanged();
 }
 
 std::optional<QString> BoardViewModel::draggedTask(const QVariantMap &offer) const
@@ -384,6 +393,7 @@ void BoardViewModel::handleSelectionChanged()
         if (!before.contains(id)) changed.append(id);
     }
     refreshCards({CellModel::IsSelectedRole}, changed);
+    Q_EMIT selectionChanged();
 }
 
 } // namespace vantrel

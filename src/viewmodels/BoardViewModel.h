@@ -53,8 +53,8 @@ class BoardViewModel : public QObject
     Q_PROPERTY(QString isolationTitle READ isolationTitle NOTIFY isolationChanged)
     Q_PROPERTY(QVariantList activeTagFilters READ activeTagFilters NOTIFY filtersChanged)
     Q_PROPERTY(bool useColumnColors READ useColumnColors NOTIFY backgroundChanged)
-    Q_PROPERTY(QString draggedTaskId READ draggedTaskId NOTIFY dragChanged)
-    Q_PROPERTY(int draggedCount READ draggedCount NOTIFY dragChanged)
+    Q_PROPERTY(int selectedCount READ selectedCount NOTIFY selectionChanged)
+    Q_PROPERTY(QStringList dragFormats READ dragFormats CONSTANT)
 public:
     explicit BoardViewModel(const BoardViewServices &services, QObject *parent = nullptr);
     ~BoardViewModel() override;
@@ -71,8 +71,9 @@ public:
     /** The tags that filter, as maps of "id" and "name". */
     QVariantList activeTagFilters() const;
     bool useColumnColors() const { return m_preferences.useColumnHeaderColorAsBackground(); }
-    QString draggedTaskId() const { return m_draggedTaskIds.value(0); }
-    int draggedCount() const { return static_cast<int>(m_draggedTaskIds.size()); }
+    int selectedCount() const { return static_cast<int>(m_selectedTaskIds.size()); }
+    /** The MIME types under which a card travels, to be read in this order. */
+    static QStringList dragFormats();
 
     BoardNavigation &navigation() { return m_navigation; }
 
@@ -97,6 +98,8 @@ public:
     Q_INVOKABLE void removeTagFilter(const QString &tagId);
     Q_INVOKABLE void clearTagFilters();
 
+    /** How many cards a drag of this one takes along. */
+    Q_INVOKABLE int draggedTaskCount(const QString &taskId) const;
     /** Begins a drag of the card, and of the selection that it is part of; gives what the drag carries. */
     Q_INVOKABLE QVariantMap beginDrag(const QString &taskId);
     Q_INVOKABLE void endDrag();
@@ -112,7 +115,7 @@ Q_SIGNALS:
     void isolationChanged();
     void filtersChanged();
     void backgroundChanged();
-    void dragChanged();
+    void selectionChanged();
 
 private:
     void connectBoard();

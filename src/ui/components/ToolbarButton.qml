@@ -9,6 +9,7 @@ T.AbstractButton {
     property string hint: text
     property bool active: false
     property real symbolSize: Theme.iconSize
+    property color ink: active ? Theme.accent : Theme.secondaryText
 
     implicitWidth: Theme.toolButtonSize
     implicitHeight: Theme.toolButtonSize
@@ -25,7 +26,7 @@ T.AbstractButton {
             anchors.centerIn: parent
             symbol: root.symbol
             size: root.symbolSize
-            color: root.active ? Theme.accent : Theme.secondaryText
+            color: root.ink
         }
     }
     background: Rectangle {

@@ -13,6 +13,7 @@ QtObject {
     readonly property color surface: dark ? "#1E2126" : "#FFFFFF"
     readonly property color cell: dark ? "#1A1D22" : "#F0F2F5"
     readonly property color card: dark ? "#262A31" : "#FFFFFF"
+    readonly property color cardHover: dark ? "#2C313A" : "#FAFBFD"
     readonly property color field: dark ? "#15171B" : "#FFFFFF"
     readonly property color hover: dark ? "#2B3038" : "#E9ECF1"
     readonly property color press: dark ? "#343A44" : "#DEE2E9"
@@ -33,6 +34,7 @@ QtObject {
     readonly property color accentTint: dark ? "#24304A" : "#E6EEFE"
     readonly property color red: dark ? "#FF7B7B" : "#DC2F2F"
     readonly property color redTint: dark ? "#40272A" : "#FDEAEA"
+    readonly property color redLine: dark ? "#8A4448" : "#F0A3A3"
     readonly property color amber: dark ? "#F4B04F" : "#B86A04"
     readonly property color amberTint: dark ? "#3B3020" : "#FDF1DD"
     readonly property color green: dark ? "#5BCB83" : "#15803D"
@@ -89,6 +91,7 @@ QtObject {
     // Parts
     readonly property int toolbarHeight: 48
     readonly property int railWidth: 92
+    readonly property int minimumColumnWidth: 190
     readonly property int controlHeight: 32
     readonly property int toolButtonSize: 32
     readonly property int menuItemHeight: 30
@@ -100,6 +103,14 @@ QtObject {
     readonly property int quick: reducedMotion ? 0 : 120
     readonly property int move: reducedMotion ? 0 : 200
     readonly property int fade: reducedMotion ? 0 : 500
+
+    /** `color` as a ground for text of the same colour, and as that text. */
+    function tinted(color: color): color {
+        return Qt.alpha(color, dark ? 0.2 : 0.16);
+    }
+    function legible(color: color): color {
+        return dark ? Qt.lighter(color, 1.2) : Qt.darker(color, 2);
+    }
 
     /** Black or white text, whichever is read more easily on `ground`. */
     function textOn(ground: color): color {

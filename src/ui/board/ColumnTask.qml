@@ -1,0 +1,95 @@
+import QtQuick
+import Vantrel.ViewModels
+
+/** A row of a cell: a card, the pointer's and the keyboard's way to it, and the gap that may open above it. */
+Item {
+    id: root
+
+    required property int index
+    required property cardContent card
+    required property bool isSelected
+    required property bool isFocused
+    required property int focusedComponent
+    required property bool isDimmed
+    required property bool isDragged
+    required property string operationError
+    required property ColumnTasksView list
+
+    readonly property KanbanBoard view: list.view
+    readonly property BoardViewModel board: view.board
+    readonly property bool isTarget: list.landingHeight > 0
+    property real landing: isTarget && list.cell.dropRow === index ? list.landingHeight + list.gap : 0
+    /** Over its own cell the dragged card leaves its place: the gap tells where it will stand. */
+    readonly property bool isTakenOut: isDragged && isTarget
+
+    height: landing + (isTakenOut ? 0 : item.height + list.gap)
+
+    Behavior on landing {
+        NumberAnimation { duration: Theme.quick; easing.type: Easing.OutCubic }
+    }
+
+    function takeFocus() {
+        if (!isFocused || !view.activeFocus)
+            return;
+        item.forceActiveFocus(Qt.OtherFocusReason);
+        Qt.callLater(view.reveal, item);
+    }
+
+    onIsFocusedChanged: takeFocus()
+    Component.onCompleted: takeFocus()
+    ListView.onReused: {
+        opacity = 1;
+        takeFocus();
+    }
+    ListView.onPooled: if (item.activeFocus) view.forceActiveFocus()
+
+    KanbanCard {
+        id: item
+        objectName: "column-" + root.list.column.name + "-task-" + root.card.id
+        x: root.list.padding
+        y: root.landing
+        width: root.width - 2 * x
+        height: implicitHeight
+        visible: !root.isTakenOut
+        opacity: root.isDragged ? 0.35 : root.isDimmed ? 0.25 : 1
+        card: root.card
+        isSelected: root.isSelected
+        showsFocus: activeFocus && root.focusedComponent === KanbanCardFocus.None
+                    && (!root.isSelected || root.board.selectedCount > 1)
+        focusedComponent: root.focusedComponent
+        operationError: root.operationError
+        hovered: hover.hovered
+        zoom: root.list.zoom
+        Accessible.onPressAction: root.board.tapCard(root.card.id, false)
+        onRetryRequested: root.board.retry(root.card.id)
+
+        Behavior on opacity {
+            NumberAnimation { duration: Theme.quick }
+        }
+        HoverHandler {
+            id: hover
+            readonly property string tip: hovered ? item.tipAt(point.position.x, point.position.y) : ""
+        }
+        TapHandler {
+            onTapped: {
+                root.view.forceActiveFocus();
+                root.board.tapCard(root.card.id, point.modifiers & Qt.ControlModifier);
+            }
+        }
+        DragHandler {
+            id: drag
+            target: null
+            acceptedDevices: PointerDevice.Mouse | PointerDevice.Stylus
+            onActiveChanged: {
+                if (active)
+                    root.view.cardDrag.begin(item, item.mapFromItem(null, centroid.scenePressPosition), () => drag.active);
+                else
+                    root.view.cardDrag.end();
+            }
+        }
+        HoverHint {
+            shown: hover.tip !== ""
+            text: hover.tip
+        }
+    }
+}

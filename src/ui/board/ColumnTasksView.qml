@@ -1,0 +1,80 @@
+pragma ComponentBehavior: Bound
+
+import QtQuick
+import QtQuick.Templates as T
+import Vantrel.ViewModels
+
+/** The cards of one cell, made only as far as they can be seen. */
+ListView {
+    id: root
+
+    required property CellModel cell
+    required property columnContent column
+    required property KanbanBoard view
+    required property real padding
+    /** Height of the gap to be opened where dragged cards would land; 0 for none. */
+    required property real landingHeight
+
+    readonly property real zoom: view.zoom
+    readonly property real gap: Theme.gap * zoom
+
+    model: cell
+    clip: true
+    interactive: false
+    reuseItems: true
+    cacheBuffer: 60
+    topMargin: padding
+    bottomMargin: padding - gap
+    T.ScrollBar.vertical: AppScrollBar {}
+
+    Component.onCompleted: contentY = Math.max(originY - topMargin, cell?.scrollPosition ?? 0)
+    Component.onDestruction: if (cell) cell.scrollPosition = contentY
+
+    Connections {
+        target: root.view.board
+
+        function onFocusedTaskChanged() {
+            const row = root.cell?.rowOf(root.view.board.focusedTaskId) ?? -1;
+            if (row >= 0)
+                root.positionViewAtIndex(row, ListView.Contain);
+        }
+    }
+    Connections {
+        target: root.cell
+
+        function onDropRowChanged() {
+            if (root.cell.dropRow >= 0)
+                root.positionViewAtIndex(Math.min(root.cell.dropRow, root.count - 1), ListView.Contain);
+        }
+    }
+
+    WheelScroll {
+        flickable: root
+    }
+
+    displaced: Transition {
+        NumberAnimation { property: "y"; duration: Theme.move; easing.type: Easing.OutCubic }
+        NumberAnimation { property: "opacity"; to: 1; duration: Theme.quick }
+    }
+    move: displaced
+    add: Transition {
+        NumberAnimation { property: "opacity"; from: 0; to: 1; duration: Theme.move }
+    }
+    remove: Transition {
+        NumberAnimation { property: "opacity"; to: 0; duration: Theme.quick }
+    }
+
+    footer: Item {
+        width: root.width
+        height: root.cell?.dropRow === root.count ? root.landingHeight + root.gap : 0
+
+        Behavior on height {
+            NumberAnimation { duration: Theme.quick }
+        }
+    }
+
+    delegate: ColumnTask {
+        width: root.width
+        list: root
+    }
+}

@@ -1,0 +1,59 @@
+import QtQuick
+
+/** One part of a card's metadata: a symbol, a text, or both, on a tinted ground if it has one. */
+Rectangle {
+    id: root
+
+    property real zoom: 1
+    property string symbol: ""
+    property string text: ""
+    property color ink: Theme.secondaryText
+    property color tint: "transparent"
+    property bool bold: false
+    /** What the pointer is told when it rests here. */
+    property string tip: ""
+    /** The keyboard is on this part. */
+    property bool focused: false
+    property real maximumWidth: 1000
+
+    readonly property bool isChip: tint.a > 0
+    readonly property real padding: isChip ? 6 * zoom : 0
+    readonly property real textX: padding + (symbol === "" ? 0 : icon.width + (text === "" ? 0 : 4 * zoom))
+
+    implicitWidth: Math.min(maximumWidth, textX + (label.text === "" ? 0 : label.implicitWidth) + padding)
+    implicitHeight: 19 * zoom
+    radius: Theme.chipRadius * zoom
+    color: tint
+
+    SymbolImage {
+        id: icon
+        x: root.padding
+        anchors.verticalCenter: parent.verticalCenter
+        visible: root.symbol !== ""
+        symbol: root.symbol
+        size: Theme.smallIconSize * root.zoom
+        color: root.ink
+    }
+    ThemedText {
+        id: label
+        x: root.textX
+        width: root.width - x - root.padding
+        anchors.verticalCenter: parent.verticalCenter
+        visible: text !== ""
+        text: root.text
+        color: root.ink
+        font.pixelSize: Theme.small * root.zoom
+        font.weight: root.bold ? Theme.headingWeight : Theme.regularWeight
+        elide: Text.ElideRight
+        Accessible.ignored: true
+    }
+    Loader {
+        anchors.fill: parent
+        active: root.focused
+        sourceComponent: FocusRing {
+            active: true
+            anchors.margins: -2
+            radius: root.radius + 2
+        }
+    }
+}

@@ -1,0 +1,143 @@
+import QtQuick
+import Vantrel.ViewModels
+
+/** One task as a card. What it shows is ready made; what the pointer does goes out as signals. */
+Item {
+    id: root
+
+    required property cardContent card
+    property bool isSelected: false
+    /** The keyboard is on this card, and another mark has to tell so. */
+    property bool showsFocus: false
+    property int focusedComponent: KanbanCardFocus.None
+    property string operationError: ""
+    property bool hovered: false
+    property bool lifted: false
+    property real zoom: 1
+
+    readonly property real padding: Theme.cardPadding * zoom
+    readonly property bool showsMetadata: zoom >= 0.6
+    readonly property color ground: card.isBlocked ? Theme.redTint : hovered ? Theme.cardHover : Theme.card
+    readonly property color edge: isSelected ? Theme.accent : card.isBlocked ? Theme.redLine : Theme.line
+
+    signal retryRequested
+
+    implicitHeight: content.height + 2 * padding
+    Accessible.role: Accessible.ListItem
+    Accessible.name: card.title
+    Accessible.description: operationError === "" ? card.accessibleDescription
+                                                  : operationError + ". " + card.accessibleDescription
+    Accessible.selectable: true
+    Accessible.selected: isSelected
+    Accessible.focusable: true
+
+    /** What is to be said of the part of the card at this point. */
+    function tipAt(x: real, y: real): string {
+        if (failure.active && failure.contains(failure.mapFromItem(root, x, y)))
+            return operationError;
+        const inMetadata = metadata.mapFromItem(root, x, y);
+        return metadata.visible && metadata.contains(inMetadata) ? metadata.tipAt(inMetadata.x, inMetadata.y)
+                                                                 : title.truncated ? card.title : "";
+    }
+
+    Rectangle {
+        y: root.lifted ? 5 : 1.5
+        x: root.lifted ? -1 : 0
+        width: parent.width - 2 * x
+        height: parent.height
+        radius: frame.radius
+        color: root.lifted ? Theme.liftedShadow : Theme.shadow
+    }
+    Rectangle {
+        id: frame
+        anchors.fill: parent
+        radius: Theme.cardRadius * root.zoom
+        color: root.ground
+        border.width: root.isSelected ? Theme.ringWidth : 1
+        border.color: root.edge
+
+        Behavior on color {
+            ColorAnimation { duration: Theme.quick }
+        }
+    }
+    Loader {
+        active: root.card.hasFlagStripe
+        anchors.fill: parent
+        sourceComponent: FlagStripe {
+            radius: frame.radius
+            ground: root.ground
+            inset: frame.border.width
+        }
+    }
+
+    Column {
+        id: content
+        x: root.padding + (root.card.hasFlagStripe ? 2 * root.zoom : 0)
+        y: root.padding
+        width: root.width - x - root.padding
+        spacing: 5 * root.zoom
+
+        ThemedText {
+            id: title
+            width: parent.width - (failure.active ? failure.width + 6 : 0)
+            text: root.card.title
+            color: root.card.isComplete ? Theme.faintText : Theme.text
+            font.pixelSize: Theme.body * root.zoom
+            font.weight: Theme.titleWeight
+            font.strikeout: root.card.isComplete
+            wrapMode: Text.Wrap
+            maximumLineCount: 2
+            elide: Text.ElideRight
+            Accessible.ignored: true
+
+            Loader {
+                anchors.fill: parent
+                active: root.focusedComponent === KanbanCardFocus.Name
+                sourceComponent: FocusRing {
+                    active: true
+                    radius: Theme.chipRadius
+                }
+            }
+        }
+        CardPart {
+            visible: root.card.project !== ""
+            zoom: root.zoom
+            symbol: "folder"
+            text: root.card.project
+            maximumWidth: parent.width
+            focused: root.focusedComponent === KanbanCardFocus.Project
+        }
+        KanbanCardMetadata {
+            id: metadata
+            width: parent.width
+            visible: root.showsMetadata
+            card: root.card
+            focusedComponent: root.focusedComponent
+            zoom: root.zoom
+        }
+    }
+
+    Loader {
+        id: failure
+        active: root.operationError !== ""
+        anchors.right: parent.right
+        anchors.top: parent.top
+        anchors.margins: 7 * root.zoom
+        sourceComponent: ToolbarButton {
+            implicitWidth: 22 * root.zoom
+            implicitHeight: 22 * root.zoom
+            symbol: "exclamationmark.triangle.fill"
+            ink: Theme.red
+            text: qsTr("Retry")
+            onClicked: root.retryRequested()
+        }
+    }
+    Loader {
+        anchors.fill: parent
+        active: root.showsFocus
+        sourceComponent: FocusRing {
+            active: true
+            radius: frame.radius + 3
+        }
+    }
+}

@@ -1,0 +1,122 @@
+import QtQuick
+import Vantrel.ViewModels
+
+/** The last rows of a card: what the task is, in symbols and chips, and its age at the right end. */
+Item {
+    id: root
+
+    required property cardContent card
+    required property int focusedComponent
+    property real zoom: 1
+
+    readonly property real gap: 6 * zoom
+    readonly property Item last: [due, tag, blocked, recurrence, flag, note, priority, source].find(part => part.visible)
+    readonly property bool ageFits: last.x + last.width + gap + age.width <= width
+
+    implicitHeight: ageFits ? flow.height : flow.height + gap / 2 + age.height
+
+    /** What is to be said of the part at this point. */
+    function tipAt(x: real, y: real): string {
+        const part = age.contains(age.mapFromItem(root, x, y)) ? age : flow.childAt(x, y);
+        return part?.tip ?? "";
+    }
+
+    Flow {
+        id: flow
+        width: parent.width
+        spacing: root.gap
+
+        CardPart {
+            id: source
+            zoom: root.zoom
+            symbol: root.card.sourceIcon
+            ink: Theme.faintText
+            tip: root.card.sourceText
+            focused: root.focusedComponent === KanbanCardFocus.Icon
+        }
+        CardPart {
+            id: priority
+            visible: root.card.priorityIcon !== ""
+            zoom: root.zoom
+            symbol: root.card.priorityIcon
+            ink: Theme.red
+            tip: root.card.priorityText
+        }
+        CardPart {
+            id: note
+            visible: root.card.note !== ""
+            zoom: root.zoom
+            symbol: "note"
+            ink: Theme.faintText
+            tip: root.card.note
+            focused: root.focusedComponent === KanbanCardFocus.NoteIcon
+        }
+        CardPart {
+            id: flag
+            visible: root.card.isFlagged
+            zoom: root.zoom
+            symbol: "flag"
+            ink: Theme.flagStripe
+            tip: qsTr("Flagged")
+        }
+        CardPart {
+            id: recurrence
+            visible: root.card.recurrenceIcon !== ""
+            zoom: root.zoom
+            symbol: root.card.recurrenceIcon
+            ink: Theme.faintText
+            tip: root.card.recurrenceText
+        }
+        CardPart {
+            id: blocked
+            visible: root.card.isBlocked
+            zoom: root.zoom
+            symbol: "exclamationmark.triangle"
+            text: root.card.blockedText
+            ink: Theme.red
+            tint: Theme.redTint
+            maximumWidth: root.width
+            tip: qsTr("Blocked task. Click to see or add reason.")
+            focused: root.focusedComponent === KanbanCardFocus.Blocked
+        }
+        CardPart {
+            id: tag
+            visible: root.card.tag !== ""
+            zoom: root.zoom
+            text: root.card.tag
+            ink: Theme.violet
+            tint: Theme.violetTint
+            maximumWidth: root.width
+            focused: root.focusedComponent === KanbanCardFocus.Tag
+        }
+        CardPart {
+            id: due
+            readonly property var look: ({
+                [DueState.Overdue]: [Theme.red, Theme.redTint],
+                [DueState.Soon]: [Theme.amber, Theme.amberTint],
+                [DueState.Later]: [Theme.green, Theme.greenTint]
+            })[root.card.dueState] ?? [Theme.faintText, Theme.cell]
+
+            visible: root.card.dueText !== ""
+            zoom: root.zoom
+            symbol: "calendar.badge.clock"
+            text: root.card.dueText
+            ink: look[0]
+            tint: look[1]
+            tip: root.card.dueDescription
+            focused: root.focusedComponent === KanbanCardFocus.DueDate
+        }
+    }
+    CardPart {
+        id: age
+        x: root.width - width
+        y: root.ageFits ? root.last.y : flow.height + root.gap / 2
+        zoom: root.zoom
+        symbol: root.card.isAging ? "clock.badge.exclamationmark.fill" : "clock"
+        text: root.card.ageText
+        ink: root.card.isAging ? Theme.amber : Theme.faintText
+        bold: root.card.isAging
+        tip: root.card.ageDescription
+        focused: root.focusedComponent === KanbanCardFocus.Age
+    }
+}

@@ -1,0 +1,63 @@
+import QtQuick
+
+/**
+ * Lets wheel and touch scroll a view whose content the mouse drags for other ends. At either end the wheel goes on to
+ * whatever lies behind.
+ */
+Item {
+    id: root
+
+    required property Flickable flickable
+    property int orientation: Qt.Vertical
+
+    readonly property bool vertical: orientation === Qt.Vertical
+    readonly property real first: vertical ? flickable.originY - flickable.topMargin
+                                           : flickable.originX - flickable.leftMargin
+    readonly property real last: Math.max(first, vertical
+        ? flickable.originY + flickable.contentHeight + flickable.bottomMargin - flickable.height
+        : flickable.originX + flickable.contentWidth + flickable.rightMargin - flickable.width)
+    /** A notch of a mouse wheel, in pixels. */
+    readonly property real notch: 90
+
+    /** Moves by so many pixels; false if the view stands at that end already. */
+    function scrollBy(distance: real): bool {
+        const from = vertical ? flickable.contentY : flickable.contentX;
+        const to = Math.max(first, Math.min(last, from + distance));
+        if (Math.abs(to - from) < 0.5)
+            return false;
+        if (vertical)
+            flickable.contentY = to;
+        else
+            flickable.contentX = to;
+        return true;
+    }
+
+    parent: flickable
+    anchors.fill: parent
+    // Behind the content: a view inside this one scrolls first.
+    z: -1
+
+    WheelHandler {
+        acceptedDevices: PointerDevice.Mouse | PointerDevice.TouchPad
+        orientation: root.orientation
+        target: null
+        onWheel: event => {
+            const pixels = root.vertical ? event.pixelDelta.y : event.pixelDelta.x;
+            const angle = root.vertical ? event.angleDelta.y : event.angleDelta.x;
+            event.accepted = root.scrollBy(pixels !== 0 ? -pixels : -angle / 120 * root.notch);
+        }
+    }
+    DragHandler {
+        acceptedDevices: PointerDevice.TouchScreen
+        target: null
+        xAxis.enabled: !root.vertical
+        yAxis.enabled: root.vertical
+        property real before: 0
+        onActiveChanged: before = 0
+        onTranslationChanged: {
+            const now = root.vertical ? translation.y : translation.x;
+            root.scrollBy(before - now);
+            before = now;
+        }
+    }
+}
