@@ -23,6 +23,7 @@ Services::Services(const AppConfig &appConfig, const Ports &ports)
       fileSaver(ports.files),
       defaults(fileSaver, userDefaultsPath(config)),
       logManager(defaults),
+      time(clock),
       persistence(config, defaults, fileSaver, clock, ports.databaseVfs),
       saveIndicator(clock),
       announcer(ports.announcements, clock),
@@ -43,7 +44,8 @@ Services::Services(const AppConfig &appConfig, const Ports &ports)
                                        .announcer = announcer,
                                        .toasts = toasts,
                                        .screen = ports.screen})),
-      blocking(*board, persistence, repository, notifications)
+      blocking(*board, persistence, repository, notifications),
+      storageNotices(persistence, defaults, toasts)
 {
 }
 

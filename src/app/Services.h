@@ -1,5 +1,6 @@
 #pragma once
 
+#include "app/StorageNotices.h"
 #include "board/BoardState.h"
 #include "board/TaskBlockingManager.h"
 #include "feedback/Announcer.h"
@@ -12,6 +13,7 @@
 #include "foundations/FileSaver.h"
 #include "foundations/Log.h"
 #include "foundations/NotificationCenter.h"
+#include "foundations/TimeManager.h"
 #include "foundations/UserDefaults.h"
 #include "persistence/BackgroundSaveIndicator.h"
 #include "persistence/PersistenceManager.h"
@@ -40,7 +42,7 @@ struct Ports
     TaskManagerProtocol *omniFocus = nullptr;
     TaskManagerProtocol *reminders = nullptr;
     /** The virtual file system of SQLite; empty for the system's own. */
-    QByteArray databaseVfs;
+    QByteArray databaseVfs = {};
 };
 
 /**
@@ -72,6 +74,7 @@ struct Services
     UserDefaults defaults;
     LogManager logManager;
     NotificationCenter notifications;
+    TimeManager time;
 
     PersistenceManager persistence;
     BackgroundSaveIndicator saveIndicator;
@@ -89,6 +92,7 @@ struct Services
     /** The program's board. Loading begins at once. */
     std::unique_ptr<BoardState> board;
     TaskBlockingManager blocking;
+    StorageNotices storageNotices;
 
 private:
     bool m_isShutDown = false;

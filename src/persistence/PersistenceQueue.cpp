@@ -33,6 +33,15 @@ QCoro::Task<> PersistenceQueue::drained()
     }
 }
 
+void PersistenceQueue::handOver()
+{
+    while (!m_operations.empty()) {
+        m_persistence.batchSaveTaskPositions(std::move(m_operations.front().taskPositionUpdates));
+        m_operations.pop_front();
+        m_indicator.endSave();
+    }
+}
+
 QCoro::Task<> PersistenceQueue::processQueue()
 {
     const QPointer<PersistenceQueue> self(this);

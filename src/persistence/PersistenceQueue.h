@@ -38,6 +38,12 @@ public:
     /** Resumes when nothing is waiting or being written; at once if that is so already. */
     QCoro::Task<> drained();
 
+    /**
+     * Hands all waiting operations to the store at once, in their order. For the end of the program, when no
+     * event loop runs that could bring them there one by one.
+     */
+    void handOver();
+
 Q_SIGNALS:
     void becameIdle();
 

@@ -5,15 +5,15 @@ import QtQuick.Templates as T
 T.ScrollBar {
     id: root
 
-    implicitWidth: vertical ? 10 : 40
-    implicitHeight: vertical ? 40 : 10
+    implicitWidth: isUpright ? 10 : 40
+    implicitHeight: isUpright ? 40 : 10
     padding: 2
     minimumSize: 0.06
     hoverEnabled: true
     visible: policy !== T.ScrollBar.AlwaysOff && size < 1.0
     Accessible.ignored: true
 
-    readonly property bool vertical: orientation === Qt.Vertical
+    readonly property bool isUpright: orientation === Qt.Vertical
 
     contentItem: Rectangle {
         implicitWidth: 6

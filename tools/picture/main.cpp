@@ -1,0 +1,159 @@
+// Draws the main window, with the real interface on a sample board, into a picture. Needs no display.
+
+#include "SampleBoard.h"
+
+#include "app/MainWindow.h"
+#include "app/Services.h"
+#include "foundations/TimeManager.h"
+#include "support/FakeDesktop.h"
+#include "viewmodels/AppViewModel.h"
+
+#include <QCommandLineParser>
+#include <QDir>
+#include <QElapsedTimer>
+#include <QEventLoop>
+#include <QFont>
+#include <QGuiApplication>
+#include <QQuickWindow>
+#include <QTemporaryDir>
+#include <QTimer>
+
+#include <cstdio>
+#include <cstdlib>
+#include <functional>
+
+using namespace vantrel;
+
+namespace {
+
+struct Wishes
+{
+    QString path = QStringLiteral("vantrel.png");
+    bool isDark = false;
+    bool isEmpty = false;
+    QSize size{1280, 820};
+    QString command;
+};
+
+/** Runs the event loop until `isDone`, ten seconds at most. */
+bool runUntil(const std::function<bool()> &isDone)
+{
+    QElapsedTimer timer;
+    timer.start();
+    while (!isDone() && !timer.hasExpired(10000)) {
+        QCoreApplication::processEvents(QEventLoop::AllEvents | QEventLoop::WaitForMoreEvents, 20);
+    }
+    return isDone();
+}
+
+void rest(int milliseconds)
+{
+    QEventLoop loop;
+    QTimer::singleShot(milliseconds, &loop, &QEventLoop::quit);
+    loop.exec();
+}
+
+void prepare(const AppConfig &config, Clock &clock)
+{
+    FileCalls calls;
+    FileSaver saver(calls);
+    UserDefaults defaults(saver, config.filePath(QStringLiteral("devUser-defaults.json")));
+    PersistenceManager persistence(config, defaults, saver, clock);
+    writeSampleBoard(persistence, clock);
+    persistence.cleanup();
+}
+
+int draw(const Wishes &wishes)
+{
+    const QTemporaryDir directory;
+    const AppConfig config{AppEnvironment::Testing, directory.path()};
+    SystemClock clock;
+    if (!wishes.isEmpty) {
+        prepare(config, clock);
+    }
+    FileCalls files;
+    test::FakeDesktop desktop;
+    desktop.appearance.setColorScheme(wishes.isDark ? DesktopAppearance::ColorScheme::Dark
+                                                    : DesktopAppearance::ColorScheme::Light);
+    desktop.appearance.setPrefersReducedMotion(true);
+    Services services(config, Ports{clock, files, desktop.announcements, desktop.sounds, desktop.appearance,
+                                    desktop.clipboard, desktop.urls, desktop.screen});
+    services.board->wipGaugeSettings().setEnabled(true);
+    services.board->wipGaugeSettings().setMaxThreshold(15);
+    services.board->wipGaugeSettings().setWarnThreshold(10);
+    AppViewModel app(viewModelServices(services));
+    MainWindow window(app);
+    if (!window.window()) {
+        std::fprintf(stderr, "%s\n", qPrintable(window.warnings().join(u'\n')));
+        return 1;
+    }
+    window.window()->resize(wishes.size);
+    runUntil([&] { return services.board->loadingState() == BoardLoadingState::Loaded; });
+    rest(600);
+    if (!wishes.isEmpty) {
+        const auto &lanes = services.board->swimLaneManager().swimLanes();
+        const WorkItems cards =
+            services.board->cell(lanes.front().id, services.board->columnManager().columns().front().id);
+        if (!cards.empty()) {
+            services.board->selectTask(cards.front()->id(), false);
+        }
+    }
+    if (!wishes.command.isEmpty()) {
+        if (Command *command = app.commands()->command(wishes.command)) {
+            command->trigger();
+        }
+    }
+    rest(400);
+    const bool isSaved = window.window()->grabWindow().save(wishes.path);
+    for (const QString &warning : window.warnings()) {
+        std::fprintf(stderr, "%s\n", qPrintable(warning));
+    }
+    return isSaved ? 0 : 1;
+}
+
+} // namespace
+
+int main(int argc, char *argv[])
+{
+    // The scale must be known before there is an application to parse the arguments.
+    const auto valueOf = [argc, argv](const char *name) -> const char * {
+        for (int i = 1; i + 1 < argc; ++i) {
+            if (qstrcmp(argv[i], name) == 0) return argv[i + 1];
+        }
+        return nullptr;
+    };
+    qputenv("QT_QPA_PLATFORM", "offscreen");
+    qputenv("QT_QUICK_BACKEND", "software");
+    if (const char *scale = valueOf("--scale")) {
+        qputenv("QT_SCALE_FACTOR", scale);
+    }
+    const LogWriter logWriter(LogWriter::Output::Silent);
+    QGuiApplication application(argc, argv);
+    QGuiApplication::setFont(QFont(QStringLiteral("Inter"), 10));
+
+    QCommandLineParser parser;
+    const QCommandLineOption out(QStringLiteral("out"), QStringLiteral("The picture to write."),
+                                 QStringLiteral("file"));
+    const QCommandLineOption dark(QStringLiteral("dark"), QStringLiteral("In the dark scheme."));
+    const QCommandLineOption light(QStringLiteral("light"), QStringLiteral("In the light scheme (default)."));
+    const QCommandLineOption empty(QStringLiteral("empty"), QStringLiteral("The board of a first start."));
+    const QCommandLineOption scale(QStringLiteral("scale"), QStringLiteral("Pixels a point."),
+                                   QStringLiteral("n"));
+    const QCommandLineOption command(QStringLiteral("command"),
+                                     QStringLiteral("A command to run first, by its id."),
+                                     QStringLiteral("id"));
+    const QCommandLineOption size(QStringLiteral("size"), QStringLiteral("Points, as 1280x820."),
+                                  QStringLiteral("wxh"));
+    parser.addOptions({out, dark, light, empty, scale, command, size});
+    parser.addHelpOption();
+    parser.process(application);
+
+    Wishes wishes;
+    if (parser.isSet(out)) wishes.path = parser.value(out);
+    wishes.isDark = parser.isSet(dark);
+    wishes.isEmpty = parser.isSet(empty);
+    wishes.command = parser.value(command);
+    const QStringList sides = parser.value(size).split(u'x');
+    if (sides.size() == 2) wishes.size = QSize(sides.at(0).toInt(), sides.at(1).toInt());
+    return draw(wishes);
+}
