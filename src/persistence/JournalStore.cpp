@@ -1,7 +1,7 @@
 #include "persistence/JournalStore.h"
 
 #include "foundations/Log.h"
-#include "persistence/sqlite/SqliteConnection.h"
+#include "persistence/sqlite/SqliteTransaction.h"
 
 #include <sqlite3.h>
 
@@ -152,18 +152,27 @@ void JournalStore::end()
     }
 }
 
-bool JournalStore::addCompletion(const QString &taskId, bool isComplete)
+bool JournalStore::addCompletions(const QStringList &taskIds, bool isComplete)
 {
     if (!m_isWriting) {
         return true;
     }
-    SqliteStatement insert = m_connection.prepare(InsertEntry);
-    insert.bind(1, taskId);
-    insert.bind(2, u"completion");
-    insert.bind(3, boolText(!isComplete));
-    insert.bind(4, boolText(isComplete));
-    insert.bind(5, m_moment);
-    return insert.run();
+    SqliteTransaction transaction(m_connection);
+    if (!transaction.hasBegun()) {
+        return false;
+    }
+    for (const QString &taskId : taskIds) {
+        SqliteStatement insert = m_connection.prepare(InsertEntry);
+        insert.bind(1, taskId);
+        insert.bind(2, u"completion");
+        insert.bind(3, boolText(!isComplete));
+        insert.bind(4, boolText(isComplete));
+        insert.bind(5, m_moment);
+        if (!insert.run()) {
+            return false;
+        }
+    }
+    return transaction.commit();
 }
 
 std::optional<std::vector<JournalEntry>> JournalStore::load(Date since)

@@ -2,6 +2,8 @@
 
 #include "persistence/BoardJournal.h"
 
+#include <QStringList>
+
 #include <optional>
 #include <vector>
 
@@ -31,8 +33,8 @@ public:
     void end();
     bool isWriting() const { return m_isWriting; }
 
-    /** Adds a completion that no table of ours stores. */
-    bool addCompletion(const QString &taskId, bool isComplete);
+    /** Adds completions that no table of ours stores: all or none. */
+    bool addCompletions(const QStringList &taskIds, bool isComplete);
     /** Nothing if the journal cannot be read. */
     std::optional<std::vector<JournalEntry>> load(Date since);
 

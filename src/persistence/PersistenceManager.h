@@ -129,6 +129,8 @@ public:
 
     void saveEisenhowerPriority(const QString &taskId, EisenhowerPriority priority);
     void deleteEisenhowerPriority(const QString &taskId);
+    /** As one transaction. */
+    void deleteEisenhowerPriorities(const QStringList &taskIds);
     QHash<QString, EisenhowerPriority> loadAllEisenhowerPriorities();
 
     // Plain text tasks.
@@ -146,6 +148,8 @@ public:
 
     /** Journals a completion. Plain text tasks are passed over: theirs are journaled as they are saved. */
     void journalCompletion(const QString &taskId, bool isComplete);
+    /** The same for several tasks, as one transaction. */
+    void journalCompletions(const QStringList &taskIds, bool isComplete);
     /** The entries from `since` on, in order. */
     std::vector<JournalEntry> loadJournal(Date since);
 

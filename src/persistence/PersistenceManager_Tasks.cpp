@@ -269,8 +269,15 @@ void PersistenceManager::saveEisenhowerPriority(const QString &taskId, Eisenhowe
 
 void PersistenceManager::deleteEisenhowerPriority(const QString &taskId)
 {
-    log::info(u"💾 Deleting Eisenhower priority for task: " + taskId);
-    write([store = m_store.get(), taskId] { return store->priorities.remove(taskId); });
+    deleteEisenhowerPriorities({taskId});
+}
+
+void PersistenceManager::deleteEisenhowerPriorities(const QStringList &taskIds)
+{
+    for (const QString &taskId : taskIds) {
+        log::info(u"💾 Deleting Eisenhower priority for task: " + taskId);
+    }
+    write([store = m_store.get(), taskIds] { return store->priorities.remove(taskIds); });
 }
 
 QHash<QString, EisenhowerPriority> PersistenceManager::loadAllEisenhowerPriorities()
@@ -318,11 +325,18 @@ void PersistenceManager::deleteAllPlainTextTasks()
 
 void PersistenceManager::journalCompletion(const QString &taskId, bool isComplete)
 {
-    if (sourceOf(taskId) == TaskSource::PlainText) {
+    journalCompletions({taskId}, isComplete);
+}
+
+void PersistenceManager::journalCompletions(const QStringList &taskIds, bool isComplete)
+{
+    QStringList ids = taskIds;
+    ids.removeIf([](const QString &id) { return sourceOf(id) == TaskSource::PlainText; });
+    if (ids.isEmpty()) {
         return;
     }
-    write([store = m_store.get(), taskId, isComplete] {
-        return store->database.journal().addCompletion(taskId, isComplete);
+    write([store = m_store.get(), ids, isComplete] {
+        return store->database.journal().addCompletions(ids, isComplete);
     });
 }
 

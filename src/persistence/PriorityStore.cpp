@@ -2,6 +2,7 @@
 
 #include "foundations/Log.h"
 #include "persistence/Database.h"
+#include "persistence/sqlite/SqliteTransaction.h"
 
 namespace vantrel {
 
@@ -24,15 +25,20 @@ bool PriorityStore::save(const QString &taskId, EisenhowerPriority priority, Dat
     return isDone;
 }
 
-bool PriorityStore::remove(const QString &taskId)
+bool PriorityStore::remove(const QStringList &taskIds)
 {
-    const bool isDone = m_database.executeSQL(Delete, {taskId});
-    if (isDone) {
-        log::info(u"Successfully deleted Eisenhower priority for task " + taskId);
-    } else {
-        log::error(u"Failed to delete Eisenhower priority for task " + taskId);
+    SqliteTransaction transaction(m_database.connection());
+    if (!transaction.hasBegun()) {
+        return false;
     }
-    return isDone;
+    for (const QString &taskId : taskIds) {
+        if (!m_database.executeSQL(Delete, {taskId})) {
+            log::error(u"Failed to delete Eisenhower priority for task " + taskId);
+            return false;
+        }
+        log::info(u"Successfully deleted Eisenhower priority for task " + taskId);
+    }
+    return transaction.commit();
 }
 
 std::optional<QHash<QString, EisenhowerPriority>> PriorityStore::loadAll()

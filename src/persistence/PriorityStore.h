@@ -3,6 +3,7 @@
 #include "foundations/WorkItem.h"
 
 #include <QHash>
+#include <QStringList>
 
 #include <optional>
 
@@ -20,7 +21,8 @@ public:
     explicit PriorityStore(Database &database) : m_database(database) {}
 
     bool save(const QString &taskId, EisenhowerPriority priority, Date now);
-    bool remove(const QString &taskId);
+    /** All or none. */
+    bool remove(const QStringList &taskIds);
     /** Rows with an unknown quadrant are left out. */
     std::optional<QHash<QString, EisenhowerPriority>> loadAll();
 
