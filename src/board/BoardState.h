@@ -30,7 +30,6 @@ namespace vantrel {
 
 class Announcer;
 class BackgroundSaveIndicator;
-class BaseWorkItem;
 class PlainTextTaskManager;
 class Screen;
 class SoundManager;
@@ -342,9 +341,10 @@ private:
     /** Changes a task of one of `classes`; a task of another class is found but not changed. */
     TaskUpdate updateField(const QString &taskId, std::initializer_list<ItemClass> classes,
                            const std::function<void(WorkItem &)> &change);
-    /** Stores an item that is a plain text task by its id, as it is now. */
-    void saveChanges(BaseWorkItem &item);
-    void storeCompletion(WorkItem &item, bool isComplete);
+    /** Stores a generic item that is a plain text task by its id, as it is now. */
+    void saveChanges(WorkItem &item);
+    /** Completes or reopens items of known classes, and stores that together. */
+    void setCompletion(const WorkItems &items, bool isComplete);
 
     // Columns and swimlanes that go away (BoardState_SwimLanes.cpp)
 

@@ -22,9 +22,7 @@ void BoardState::updateColumn(const Column &column)
         return;
     }
     if (column.isCompleted() != wasCompleted) {
-        for (const WorkItemPtr &task : tasksByColumn(column.id)) {
-            updateTaskCompletionStatus(task->id(), column.isCompleted());
-        }
+        setCompletion(tasksByColumn(column.id), column.isCompleted());
         updateTaskPositions(column.id);
     }
     m_columnManager.refreshColumns();

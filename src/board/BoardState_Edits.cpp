@@ -18,9 +18,16 @@ bool isPlainTextId(const WorkItem &item)
     return sourceOf(item.id()) == TaskSource::PlainText;
 }
 
-PlainTextRecord recordOf(const BaseWorkItem &item)
+/** The record under which our own store keeps the item; nothing for a task of another source. */
+std::optional<PlainTextRecord> storedRecord(const WorkItem &item)
 {
-    return {item.fields(), item.hashtags(), item.originalText()};
+    if (const auto *plainText = qobject_cast<const PlainTextWorkItem *>(&item)) {
+        return plainText->record();
+    }
+    if (const auto *base = qobject_cast<const BaseWorkItem *>(&item); base && isPlainTextId(item)) {
+        return PlainTextRecord{base->fields(), base->hashtags(), base->originalText()};
+    }
+    return std::nullopt;
 }
 
 } // namespace
@@ -40,12 +47,12 @@ TaskUpdate BoardState::updateField(const QString &taskId, std::initializer_list<
     return {true, item};
 }
 
-void BoardState::saveChanges(BaseWorkItem &item)
+void BoardState::saveChanges(WorkItem &item)
 {
-    if (isPlainTextId(item)) {
+    if (itemClass(item) == ItemClass::Base && isPlainTextId(item)) {
         log::info(u"Saving plain text task changes for " + item.id());
         item.setModificationDate(m_services.clock.now());
-        m_services.persistence.savePlainTextTask(recordOf(item));
+        m_services.persistence.savePlainTextTask(*storedRecord(item));
     }
 }
 
@@ -54,7 +61,7 @@ TaskUpdate BoardState::updateTaskName(const QString &taskId, const QString &name
     return updateField(taskId, {ItemClass::OmniFocus, ItemClass::Reminder, ItemClass::Base},
                        [this, &name](WorkItem &item) {
                            item.setName(name);
-                           if (auto *base = qobject_cast<BaseWorkItem *>(&item)) saveChanges(*base);
+                           saveChanges(item);
                        });
 }
 
@@ -63,7 +70,7 @@ TaskUpdate BoardState::updateTaskFlagStatus(const QString &taskId, bool isFlagge
     return updateField(taskId, {ItemClass::OmniFocus, ItemClass::Reminder, ItemClass::Base},
                        [this, isFlagged](WorkItem &item) {
                            item.setFlagged(isFlagged);
-                           if (auto *base = qobject_cast<BaseWorkItem *>(&item)) saveChanges(*base);
+                           saveChanges(item);
                        });
 }
 
@@ -84,13 +91,13 @@ TaskUpdate BoardState::updateTaskCompletionStatus(const QString &taskId, bool is
 {
     const TaskUpdate update = updateField(
         taskId, {ItemClass::OmniFocus, ItemClass::Reminder, ItemClass::Base}, [&](WorkItem &item) {
-            if (item.isComplete() != isComplete && !isPlainTextId(item)) {
+            if (item.isComplete() != isComplete) {
                 m_services.persistence.journalCompletion(taskId, isComplete);
             }
             item.setComplete(isComplete);
             item.setCompletionDate(isComplete ? completionDate.value_or(m_services.clock.now())
                                               : std::optional<Date>());
-            if (auto *base = qobject_cast<BaseWorkItem *>(&item)) saveChanges(*base);
+            saveChanges(item);
         });
     if (isComplete && update.success) {
         m_priorityManager.handleTaskCompletion(taskId);
@@ -109,29 +116,41 @@ TaskUpdate BoardState::updateTaskCompletionStatus(const QString &taskId, bool is
         log::warning(u"Could not update completion status for task of unknown type: " + taskId);
         return {false, item};
     }
-    storeCompletion(*item, isComplete);
-    log::info(u"Updated completion status for " + itemClassName(*item) + u": " + taskId + u" - " +
-              (isComplete ? QStringLiteral("true") : QStringLiteral("false")));
-    touch(taskId);
-    if (isComplete) {
-        m_priorityManager.handleTaskCompletion(taskId);
-        post(notifications::TaskCompletionAnimation, taskId, {{QStringLiteral("taskId"), taskId}});
-    }
+    setCompletion({item}, isComplete);
     return {true, item};
 }
 
-void BoardState::storeCompletion(WorkItem &item, bool isComplete)
+void BoardState::setCompletion(const WorkItems &items, bool isComplete)
 {
-    const bool wasComplete = item.isComplete();
-    item.setComplete(isComplete);
-    if (auto *plainText = qobject_cast<PlainTextWorkItem *>(&item)) {
-        plainText->setCompletionDate(isComplete ? std::optional(m_services.clock.now())
-                                                : std::optional<Date>());
-        m_services.persistence.savePlainTextTask(plainText->record());
-    } else if (auto *base = qobject_cast<BaseWorkItem *>(&item); base && isPlainTextId(item)) {
-        m_services.persistence.savePlainTextTask(recordOf(*base));
-    } else if (wasComplete != isComplete) {
-        m_services.persistence.journalCompletion(item.id(), isComplete);
+    std::vector<PlainTextRecord> records;
+    QStringList changedElsewhere;
+    QStringList ids;
+    for (const WorkItemPtr &item : items) {
+        const bool changes = item->isComplete() != isComplete;
+        item->setComplete(isComplete);
+        if (itemClass(*item) == ItemClass::PlainText) {
+            item->setCompletionDate(isComplete ? std::optional(m_services.clock.now())
+                                               : std::optional<Date>());
+        }
+        if (const std::optional<PlainTextRecord> record = storedRecord(*item)) {
+            records.push_back(*record);
+        } else if (changes) {
+            changedElsewhere.append(item->id());
+        }
+        log::info(u"Updated completion status for " + itemClassName(*item) + u": " + item->id() + u" - " +
+                  (isComplete ? QStringLiteral("true") : QStringLiteral("false")));
+        touch(item->id());
+        ids.append(item->id());
+    }
+    if (!records.empty()) {
+        m_services.persistence.savePlainTextTasks(std::move(records));
+    }
+    m_services.persistence.journalCompletions(changedElsewhere, isComplete);
+    if (isComplete) {
+        m_priorityManager.handleTaskCompletions(ids);
+        for (const QString &id : ids) {
+            post(notifications::TaskCompletionAnimation, id, {{QStringLiteral("taskId"), id}});
+        }
     }
 }
 

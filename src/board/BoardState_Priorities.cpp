@@ -45,10 +45,7 @@ void BoardState::updateEisenhowerTaskCategorization()
         }
     }
     m_priorityManager.updateTaskCategorization(incomplete);
-    for (const QString &taskId : completedWithQuadrant) {
-        log::info(u"Removing priority assignment of completed task: " + taskId);
-        m_priorityManager.removePriority(taskId);
-    }
+    m_priorityManager.handleTaskCompletions(completedWithQuadrant);
 }
 
 } // namespace vantrel

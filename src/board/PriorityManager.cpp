@@ -64,13 +64,13 @@ PriorityManager::PriorityManager(PersistenceManager &persistence, NotificationCe
 void PriorityManager::setPriorityAssignments(const Assignments &assignments)
 {
     m_assignments = assignments;
-    m_assignments.removeIf([this](const Assignments::iterator &assignment) {
-        const bool isUnsorted = assignment.value() == EisenhowerPriority::Unsorted;
-        if (isUnsorted) {
-            m_persistence.deleteEisenhowerPriority(assignment.key());
-        }
-        return isUnsorted;
-    });
+    const QStringList unsorted = m_assignments.keys(EisenhowerPriority::Unsorted);
+    for (const QString &taskId : unsorted) {
+        m_assignments.remove(taskId);
+    }
+    if (!unsorted.isEmpty()) {
+        m_persistence.deleteEisenhowerPriorities(unsorted);
+    }
     log::info(u"Loaded " + QString::number(assignments.size()) + u" priority assignments from database");
 }
 
@@ -88,9 +88,16 @@ void PriorityManager::assignPriority(const QString &taskId, EisenhowerPriority p
 
 void PriorityManager::removePriority(const QString &taskId)
 {
-    m_assignments.remove(taskId);
-    m_persistence.deleteEisenhowerPriority(taskId);
-    log::info(u"Removed priority assignment from task " + taskId);
+    removePriorities({taskId});
+}
+
+void PriorityManager::removePriorities(const QStringList &taskIds)
+{
+    for (const QString &taskId : taskIds) {
+        m_assignments.remove(taskId);
+        log::info(u"Removed priority assignment from task " + taskId);
+    }
+    m_persistence.deleteEisenhowerPriorities(taskIds);
     m_notifications.post(notifications::EisenhowerPriorityUpdated);
 }
 
@@ -115,7 +122,9 @@ void PriorityManager::updateTaskCategorization(const std::vector<WorkItemPtr> &t
     }
     for (const QString &taskId : completedIds) {
         log::info(u"Removing completed task from priority assignments: " + taskId);
-        removePriority(taskId);
+    }
+    if (!completedIds.isEmpty()) {
+        removePriorities(completedIds);
     }
 }
 
@@ -129,12 +138,23 @@ void PriorityManager::syncPriorities(const std::vector<WorkItemPtr> &tasks)
 
 void PriorityManager::handleTaskCompletion(const QString &taskId)
 {
-    if (!m_assignments.contains(taskId)) {
-        log::debug(u"No priority assignment found for completed task " + taskId);
-        return;
+    handleTaskCompletions({taskId});
+}
+
+void PriorityManager::handleTaskCompletions(const QStringList &taskIds)
+{
+    QStringList assigned;
+    for (const QString &taskId : taskIds) {
+        if (m_assignments.contains(taskId)) {
+            log::info(u"Handling completion for task " + taskId + u" - removing priority assignment");
+            assigned.append(taskId);
+        } else {
+            log::debug(u"No priority assignment found for completed task " + taskId);
+        }
     }
-    log::info(u"Handling completion for task " + taskId + u" - removing priority assignment");
-    removePriority(taskId);
+    if (!assigned.isEmpty()) {
+        removePriorities(assigned);
+    }
 }
 
 void PriorityManager::cleanupOrphanedAssignments(const QSet<QString> &currentTaskIds, TaskSources answered)
@@ -153,8 +173,8 @@ void PriorityManager::cleanupOrphanedAssignments(const QSet<QString> &currentTas
               orphans.join(u", "));
     for (const QString &taskId : orphans) {
         m_assignments.remove(taskId);
-        m_persistence.deleteEisenhowerPriority(taskId);
     }
+    m_persistence.deleteEisenhowerPriorities(orphans);
     log::info(u"Cleaned " + QString::number(orphans.size()) + u" orphaned priority assignments");
     m_notifications.post(notifications::EisenhowerPriorityUpdated);
 }

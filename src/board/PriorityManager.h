@@ -43,6 +43,8 @@ public:
     /** Sets each task's quadrant to its assignment, or to `unsorted`. */
     void syncPriorities(const std::vector<WorkItemPtr> &tasks);
     void handleTaskCompletion(const QString &taskId);
+    /** The same for several tasks, as one change. */
+    void handleTaskCompletions(const QStringList &taskIds);
     /** Forgets assignments of tasks of `answered` sources that are not among `currentTaskIds`. */
     void cleanupOrphanedAssignments(const QSet<QString> &currentTaskIds,
                                     TaskSources answered = AllTaskSources);
@@ -53,6 +55,8 @@ Q_SIGNALS:
     void tasksByPriorityChanged();
 
 private:
+    void removePriorities(const QStringList &taskIds);
+
     PersistenceManager &m_persistence;
     NotificationCenter &m_notifications;
     TasksByPriority m_tasksByPriority;
