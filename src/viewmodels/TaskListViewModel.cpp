@@ -69,8 +69,11 @@ void TaskListViewModel::observeRepository()
         m_clock.soon(this, [this, text] {
             log::debug(QStringLiteral("💀 Received task loading error notification"));
             m_isLoading = false;
-            m_errorMessage = text.isEmpty() ? tr("Unknown error occurred while loading tasks")
-                                            : tr("Error loading tasks: %1").arg(text);
+            // What the run itself has found says more.
+            if (!m_errorMessage) {
+                m_errorMessage = text.isEmpty() ? tr("Unknown error occurred while loading tasks")
+                                                : tr("Error loading tasks: %1").arg(text);
+            }
             Q_EMIT stateChanged();
         });
     });

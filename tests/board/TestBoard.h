@@ -34,6 +34,7 @@ public:
     BoardState *operator->() { return m_board.get(); }
     TaskRepository &repository() { return *m_repository; }
     PlainTextTaskManager &plainText() { return *m_plainText; }
+    TaskManagerFactory &managers() { return *m_factory; }
 
     /** What the board needs, for a test that makes one of its own. */
     BoardServices services();

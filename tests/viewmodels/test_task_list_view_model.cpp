@@ -1,0 +1,293 @@
+#include "board/TestBoard.h"
+#include "foundations/DefaultsKeys.h"
+#include "foundations/Launch.h"
+#include "foundations/NotificationNames.h"
+#include "sources/omnifocus/AppleScriptError.h"
+#include "support/TestRegistry.h"
+#include "viewmodels/TaskListViewModel.h"
+
+#include <QSignalSpy>
+#include <QTest>
+
+using namespace Qt::StringLiterals;
+
+namespace vantrel::test {
+
+namespace {
+
+using Screen = TaskListViewModel::Screen;
+using Failure = std::function<void(FakeTaskManager &)>;
+
+/** The main loop over a board whose sources do what the test tells them. */
+class MainLoop : public TestBoard
+{
+public:
+    explicit MainLoop(const TaskSourceConfiguration &sources, DesktopFamily family = DesktopFamily::Linux)
+    {
+        managers().setTaskSourceConfiguration(sources);
+        list = std::make_unique<TaskListViewModel>(**this, repository(), managers(), notifications, announcer,
+                                                   store.clock, family);
+    }
+
+    /** The board's own load, with these tasks of OmniFocus. */
+    void loadBoard(const WorkItems &tasks = {})
+    {
+        omniFocus.fetches.give(tasks);
+        launch((**this).loadDataAsync(), u"load"_s);
+        advance(1.0);
+        // What was loaded must not be served again.
+        repository().invalidateCache();
+    }
+    void run()
+    {
+        list->loadTasks();
+        settle();
+    }
+    QString onBoard() const { return cell(todo()); }
+
+    std::unique_ptr<TaskListViewModel> list;
+};
+
+constexpr TaskSourceConfiguration OnlyOmniFocus{.isOmniFocusEnabled = true, .isPlainTextEnabled = false};
+
+const QString Denied = u"AppleScript Permission denied - grant automation permission"_s;
+
+} // namespace
+
+/** One run of the program's main loop, and the screens that follow from it. */
+class TestTaskListViewModel : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void aRunPutsTheFetchedTasksOnTheBoard();
+    void aRunWaitsForTheBoardsOwnLoad();
+    void eachFailureHasItsScreen_data();
+    void eachFailureHasItsScreen();
+    void aFailedRunForgetsNoPlacement();
+    void reportsWithoutARunShowTheErrorScreen();
+    void anUnusableEditionOfOmniFocusIsSwitchedOff();
+    void theBoardsSecondAttemptClearsTheFirstOnesError();
+    void theStepsAreThoseOfTheDesktop();
+    void settingsRefreshTheScreenOnlyWhenTheySaySo();
+    void aSwitchIsSpokenAndCountsAgain();
+    void aModeWithoutAScreenIsNotOffered();
+    void theButtonsSaySo();
+};
+
+void TestTaskListViewModel::aRunPutsTheFetchedTasksOnTheBoard()
+{
+    MainLoop loop(OnlyOmniFocus);
+    loop.loadBoard({makeTask(u"a"_s)});
+    QSignalSpy states(loop.list.get(), &TaskListViewModel::stateChanged);
+    const auto gate = loop.omniFocus.fetches.giveWhenOpened({makeTask(u"a"_s), makeTask(u"b"_s)});
+
+    loop.notifications.post(notifications::RefreshTasksRequested);
+    loop.settle();
+    QCOMPARE(loop.list->screen(), Screen::Loading);
+    QCOMPARE(loop.onBoard(), u"a"_s);
+
+    gate->countDown();
+    loop.settle();
+    QCOMPARE(loop.list->screen(), Screen::Content);
+    QCOMPARE(loop.onBoard(), u"a b"_s);
+    QCOMPARE(loop.list->tasks().size(), size_t(2));
+    QVERIFY(states.count() >= 2);
+}
+
+void TestTaskListViewModel::aRunWaitsForTheBoardsOwnLoad()
+{
+    MainLoop loop(OnlyOmniFocus);
+    loop.run();
+    QCOMPARE(loop.omniFocus.requests, QStringList());
+    QCOMPARE(loop.list->screen(), Screen::Content);
+}
+
+void TestTaskListViewModel::eachFailureHasItsScreen_data()
+{
+    QTest::addColumn<Failure>("failure");
+    QTest::addColumn<Screen>("screen");
+    QTest::addColumn<QString>("message");
+    QTest::newRow("not running") << Failure([](FakeTaskManager &source) {
+        source.fetches.failWith(AppleScriptError(AppleScriptError::Kind::OmniFocusNotRunning));
+    }) << Screen::Error << u"⚠️ OmniFocus isn't running."_s;
+    QTest::newRow("automation denied") << Failure([](FakeTaskManager &source) {
+        source.fetches.failWith(AppleScriptError(AppleScriptError::Kind::PermissionDenied));
+    }) << Screen::Permission << Denied;
+    QTest::newRow("permission check refused")
+        << Failure([](FakeTaskManager &source) { source.hasPermission = false; }) << Screen::Permission
+        << Denied;
+    QTest::newRow("missing right of the platform") << Failure([](FakeTaskManager &source) {
+        source.fetches.failWith(SourceError(u"Platform"_s, -1743, u"no access"_s));
+    }) << Screen::Permission << u"Permission issue: no access"_s;
+    QTest::newRow("anything else, as the repository reports it")
+        << Failure([](FakeTaskManager &source) { source.fetches.fail(u"odd"_s); }) << Screen::Error
+        << u"Error loading tasks: OmniFocus: odd"_s;
+}
+
+void TestTaskListViewModel::eachFailureHasItsScreen()
+{
+    QFETCH(Failure, failure);
+    MainLoop loop(OnlyOmniFocus);
+    loop.loadBoard({makeTask(u"a"_s)});
+
+    failure(loop.omniFocus);
+    loop.run();
+
+    QTEST(loop.list->screen(), "screen");
+    const bool isPermission = loop.list->screen() == Screen::Permission;
+    QTEST(isPermission ? loop.list->permissionMessage() : loop.list->errorMessage(), "message");
+
+    loop.omniFocus.hasPermission = true;
+    loop.omniFocus.fetches.give({makeTask(u"a"_s)});
+    loop.list->retry();
+    loop.settle();
+    QCOMPARE(loop.list->screen(), Screen::Content);
+    QCOMPARE(loop.onBoard(), u"a"_s);
+}
+
+void TestTaskListViewModel::aFailedRunForgetsNoPlacement()
+{
+    MainLoop loop(OnlyOmniFocus);
+    loop.loadBoard({makeTask(u"a"_s), makeTask(u"b"_s)});
+    (*loop).moveTask((*loop).task(u"a"_s), loop.doing());
+    loop.settle();
+
+    loop.omniFocus.fetches.fail(u"odd"_s);
+    loop.run();
+    QCOMPARE((*loop).taskCount(), 0);
+    QCOMPARE(loop.storedIds(), u"a b"_s);
+
+    loop.omniFocus.fetches.give({makeTask(u"a"_s), makeTask(u"b"_s)});
+    loop.run();
+    QCOMPARE(loop.cell(loop.doing()), u"a"_s);
+}
+
+void TestTaskListViewModel::reportsWithoutARunShowTheErrorScreen()
+{
+    MainLoop loop(OnlyOmniFocus);
+    loop.loadBoard();
+
+    loop.notifications.post(notifications::TaskLoadingError);
+    loop.settle();
+    QCOMPARE(loop.list->errorMessage(), u"Unknown error occurred while loading tasks"_s);
+
+    loop.omniFocus.fetches.give({});
+    loop.run();
+    QCOMPARE(loop.list->screen(), Screen::Content);
+}
+
+void TestTaskListViewModel::anUnusableEditionOfOmniFocusIsSwitchedOff()
+{
+    MainLoop loop(OnlyOmniFocus);
+    loop.loadBoard({makeTask(u"a"_s)});
+    int posts = 0;
+    loop.notifications.observe(notifications::TaskSourceConfigurationChanged, loop.list.get(),
+                               [&](const Notification &) { ++posts; });
+    loop.omniFocus.fetches.failWith(AppleScriptError(AppleScriptError::Kind::OmniFocusProRequired));
+
+    loop.run();
+    QVERIFY(loop.list->errorMessage().startsWith(u"⚠️ OmniFocus Pro is required for scripting."));
+    QCOMPARE(loop.managers().getTaskSourceConfiguration(),
+             (TaskSourceConfiguration{.isOmniFocusEnabled = false, .isPlainTextEnabled = true}));
+    QCOMPARE(loop.list->currentTaskSources(), u"Plain Text"_s);
+    QCOMPARE(posts, 1);
+
+    const auto requests = loop.omniFocus.requests;
+    loop.advance(0.5);
+    QCOMPARE(loop.list->screen(), Screen::Content);
+    QCOMPARE(loop.omniFocus.requests, requests);
+}
+
+void TestTaskListViewModel::theBoardsSecondAttemptClearsTheFirstOnesError()
+{
+    MainLoop loop(OnlyOmniFocus);
+    loop.omniFocus.fetches.fail(u"odd"_s);
+    launch((*loop).loadDataAsync(), u"load"_s);
+    loop.advance(1.0);
+    QCOMPARE(loop.list->screen(), Screen::Error);
+
+    loop.loadBoard({makeTask(u"a"_s)});
+    QCOMPARE(loop.list->screen(), Screen::Content);
+}
+
+void TestTaskListViewModel::theStepsAreThoseOfTheDesktop()
+{
+    for (const DesktopFamily family : {DesktopFamily::Linux, DesktopFamily::Mac}) {
+        const bool isMac = family == DesktopFamily::Mac;
+        MainLoop loop({.isRemindersEnabled = true, .isPlainTextEnabled = false}, family);
+        loop.reminders.fetches.give({});
+        launch((*loop).loadDataAsync(), u"load"_s);
+        loop.advance(1.0);
+        loop.repository().invalidateCache();
+        loop.reminders.hasPermission = false;
+
+        loop.run();
+
+        QCOMPARE(loop.list->permissionMessage(), u"Permission issue: Reminders: Please allow it."_s);
+        QCOMPARE(loop.list->permissionSteps().isEmpty(), !isMac);
+        QCOMPARE(loop.list->remindersGuidance().isEmpty(), !isMac);
+    }
+}
+
+void TestTaskListViewModel::settingsRefreshTheScreenOnlyWhenTheySaySo()
+{
+    MainLoop loop(OnlyOmniFocus);
+    QSignalSpy refreshes(loop.list.get(), &TaskListViewModel::refreshRequested);
+    using namespace notifications;
+
+    for (const NotificationName name : {ColumnsUpdated, SwimlanesUpdated, BoardStateChanged}) {
+        loop.notifications.post(name);
+        loop.notifications.post(name, u"other"_s);
+    }
+    QCOMPARE(refreshes.count(), 0);
+    for (const NotificationName name : {ColumnsUpdated, SwimlanesUpdated, BoardStateChanged}) {
+        loop.notifications.post(name, u"fromSettings"_s);
+    }
+    loop.notifications.post(TagFilterUpdated);
+    QCOMPARE(refreshes.count(), 4);
+}
+
+void TestTaskListViewModel::aSwitchIsSpokenAndCountsAgain()
+{
+    MainLoop loop(OnlyOmniFocus);
+    int counts = 0;
+    loop.notifications.observe(notifications::SwimLaneWIPCountsChanged, loop.list.get(),
+                               [&](const Notification &) { ++counts; });
+
+    loop.notifications.post(notifications::SwitchToVisualizeView);
+    QCOMPARE(loop.desktop.announcements.announcements.back().text, u"Switched to Visualize view"_s);
+    QCOMPARE(loop.desktop.announcements.announcements.back().priority, AnnouncementPriority::High);
+    QCOMPARE(counts, 0);
+    loop.advance(0.2);
+    QCOMPARE(counts, 1);
+}
+
+void TestTaskListViewModel::aModeWithoutAScreenIsNotOffered()
+{
+    MainLoop loop(OnlyOmniFocus);
+    for (const ViewModeInfo &mode : AllViewModes) {
+        loop.list->switchToViewMode(mode.mode);
+        const auto offered = loop.list->viewModes();
+        const bool isOffered = std::any_of(offered.begin(), offered.end(), [&mode](const QVariant &offer) {
+            return offer.toMap().value(u"id"_s).toString() == mode.rawValue;
+        });
+        QCOMPARE(loop.list->currentViewMode() == mode.mode, isOffered);
+    }
+}
+
+void TestTaskListViewModel::theButtonsSaySo()
+{
+    MainLoop loop(OnlyOmniFocus);
+    loop.list->retry();
+    loop.list->refresh();
+    QCOMPARE(loop.announcer.history(), (QStringList{u"Retrying to load tasks"_s, u"Refreshing tasks"_s}));
+}
+
+VANTREL_REGISTER_TEST(TestTaskListViewModel)
+
+} // namespace vantrel::test
+
+Q_DECLARE_METATYPE(std::function<void(vantrel::test::FakeTaskManager &)>)
+
+#include "test_task_list_view_model.moc"
