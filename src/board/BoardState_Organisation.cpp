@@ -6,6 +6,7 @@
 #include "foundations/Log.h"
 #include "foundations/NotificationNames.h"
 #include "foundations/PlainTextWorkItem.h"
+#include "foundations/TimeSlice.h"
 #include "sources/TaskRepository.h"
 
 #include <QCoroFuture>
@@ -23,15 +24,28 @@ constexpr double CountsAfterOrganizationDelay = 0.1;
 using Question = rules::PlacementQuestion;
 using Answer = rules::PlacementAnswer;
 
-std::vector<rules::FetchedTask> fetchedTasks(const WorkItems &tasks)
+std::vector<rules::FetchedTask> recordsOf(const Placements &placements)
 {
     std::vector<rules::FetchedTask> records;
-    records.reserve(tasks.size());
-    for (const WorkItemPtr &task : tasks) {
+    records.reserve(static_cast<size_t>(placements.taskCount()));
+    placements.forEachTask([&records](const WorkItemPtr &task) {
         records.push_back(
             {task->id(), task->name(), task->isComplete(), task->isBlocked(), task->blockReason()});
-    }
+    });
     return records;
+}
+
+/** Ten thousand objects take longer to destroy than a turn of the event loop should. */
+QCoro::Task<> release(WorkItems items, Clock &clock)
+{
+    TimeSlice slice;
+    while (!items.empty()) {
+        items.pop_back();
+        if (slice.isUsedUp()) {
+            co_await clock.yieldToEventLoop();
+            slice.restart();
+        }
+    }
 }
 
 /** Works on a thread of its own: ten thousand records are too many for the GUI thread. */
@@ -85,9 +99,11 @@ void BoardState::organizeTasks(const WorkItems &tasks, TaskSources answered)
     log::info(u"💀 ORGANIZE TASKS START: Organizing %1 tasks..."_s.arg(tasks.size()));
     WorkItems known = tasks;
     std::erase_if(known, [this](const WorkItemPtr &task) { return m_deletedTaskIds.contains(task->id()); });
-    for (const QString &id : m_placements.replaceTasks(known)) {
+    Placements::Replacement replacement = m_placements.replaceTasks(known);
+    for (const QString &id : std::as_const(replacement.repeated)) {
         log::error(u"Duplicate values for key: '%1'"_s.arg(id));
     }
+    launch(release(std::move(replacement.former), m_services.clock), u"release"_s);
     invalidateDerivedCollections();
     m_touchedTaskIds.clear();
     m_isOrganizing = true;
@@ -139,8 +155,15 @@ QCoro::Task<> BoardState::continueOrganizeTasks(quint64 number, TaskSources answ
         }
         run.isMemoryUpToDate = copy.has_value();
     }
+    const TimeSlice slice;
     run.apply(*answer);
     m_isOrganizing = false;
+    if (slice.isUsedUp()) {
+        co_await m_services.clock.yieldToEventLoop();
+        if (isOver()) {
+            co_return;
+        }
+    }
     run.finalizeOrganization();
 }
 
@@ -159,7 +182,7 @@ void BoardState::noteWhetherStoreWasRead(bool wasRead)
 Question BoardState::OrganizationRun::question(BoardMemory memory) const
 {
     Question question;
-    question.tasks = fetchedTasks(board.m_placements.tasks());
+    question.tasks = recordsOf(board.m_placements);
     question.columns = board.m_columnManager.columns();
     question.swimLanes = board.m_swimLaneManager.swimLanes();
     question.current.reserve(static_cast<size_t>(board.m_placements.count()));

@@ -21,9 +21,7 @@ WorkItems Placements::tasks() const
 {
     WorkItems tasks;
     tasks.reserve(m_arrival.size());
-    for (const SlotIndex index : m_arrival) {
-        tasks.push_back(m_slots[index].task);
-    }
+    forEachTask([&tasks](const WorkItemPtr &task) { tasks.push_back(task); });
     return tasks;
 }
 
@@ -31,7 +29,7 @@ void Placements::putTask(const WorkItemPtr &task)
 {
     const SlotIndex index = slotFor(task->id());
     if (!m_slots[index].task) {
-        m_arrival.push_back(index);
+        noteArrival(index);
     }
     assignTask(index, task);
 }
@@ -48,31 +46,50 @@ void Placements::removeTask(QString id)
     releaseIfEmpty(id, index);
 }
 
-QStringList Placements::replaceTasks(const WorkItems &tasks)
+Placements::Replacement Placements::replaceTasks(const WorkItems &tasks)
 {
-    QStringList repeated;
+    Replacement result;
     const std::vector<SlotIndex> before = std::exchange(m_arrival, {});
     m_arrival.reserve(tasks.size());
     m_index.reserve(static_cast<qsizetype>(tasks.size()));
     ++m_round;
+    // Tasks mostly come in the order in which they came before: then no id is looked up.
+    size_t next = 0;
     for (const WorkItemPtr &task : tasks) {
-        const SlotIndex index = slotFor(task->id());
-        if (m_slots[index].round == m_round) {
-            repeated.append(task->id());
+        const SlotIndex index = isTaskAt(before, next, task) ? before[next] : slotFor(task->id());
+        Slot &slot = m_slots[index];
+        if (slot.round == m_round) {
+            result.repeated.append(task->id());
             continue;
         }
-        m_slots[index].round = m_round;
-        m_arrival.push_back(index);
+        next = slot.arrivalIndex + 1;
+        slot.round = m_round;
+        if (slot.task && slot.task != task) {
+            result.former.push_back(slot.task);
+        }
+        noteArrival(index);
         assignTask(index, task);
     }
     for (const SlotIndex index : before) {
         if (m_slots[index].round != m_round) {
-            const QString id = m_slots[index].task->id();
+            result.former.push_back(m_slots[index].task);
             clearTask(index);
-            releaseIfEmpty(id, index);
+            releaseIfEmpty(result.former.back()->id(), index);
         }
     }
-    return repeated;
+    return result;
+}
+
+bool Placements::isTaskAt(const std::vector<SlotIndex> &arrival, size_t at, const WorkItemPtr &task) const
+{
+    const WorkItem *known = at < arrival.size() ? m_slots[arrival[at]].task.get() : nullptr;
+    return known && (known == task.get() || known->id() == task->id());
+}
+
+void Placements::noteArrival(SlotIndex index)
+{
+    m_slots[index].arrivalIndex = static_cast<quint32>(m_arrival.size());
+    m_arrival.push_back(index);
 }
 
 const TaskPosition *Placements::find(const QString &taskId) const

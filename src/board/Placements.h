@@ -43,11 +43,23 @@ public:
     void putTask(const WorkItemPtr &task);
     /** Leaves the task's place as it is. */
     void removeTask(QString id);
-    /**
-     * Makes `tasks` all the tasks there are, leaving places as they are. Of two tasks with one id the first
-     * counts; gives the ids of the others.
-     */
-    QStringList replaceTasks(const WorkItems &tasks);
+    struct Replacement
+    {
+        /** Ids that were given again; of two tasks with one id the first counts. */
+        QStringList repeated;
+        /** The tasks that are not among those given. */
+        WorkItems former;
+    };
+    /** Makes `tasks` all the tasks there are, leaving places as they are. */
+    Replacement replaceTasks(const WorkItems &tasks);
+    /** Calls `visit` with each task, in the order of their arrival. */
+    template <typename Visit>
+    void forEachTask(Visit visit) const
+    {
+        for (const SlotIndex index : m_arrival) {
+            visit(m_slots[index].task);
+        }
+    }
 
     // Their places
 
@@ -102,6 +114,8 @@ private:
         /** Orders equal numbers; never used twice, so a cell's item with another rank is out of date. */
         qint64 rank = 0;
         quint32 round = 0;
+        /** Where the slot was in m_arrival when its task came; only a guess later. */
+        quint32 arrivalIndex = 0;
         bool isPlaced = false;
         bool hasItem = false;
     };
@@ -129,6 +143,8 @@ private:
     };
 
     SlotIndex slotFor(const QString &id);
+    bool isTaskAt(const std::vector<SlotIndex> &arrival, size_t at, const WorkItemPtr &task) const;
+    void noteArrival(SlotIndex index);
     void releaseIfEmpty(const QString &id, SlotIndex index);
     void assignTask(SlotIndex index, const WorkItemPtr &task);
     void clearTask(SlotIndex index);

@@ -123,7 +123,11 @@ void TestPlacements::aTaskGivenTwiceCountsOnce()
 {
     Placements placements = rowOf(u"a b"_s);
     const WorkItemPtr first = makeTask(u"n"_s);
-    QCOMPARE(placements.replaceTasks({first, makeTask(u"b"_s), makeTask(u"n"_s)}), QStringList(u"n"_s));
+    const WorkItemPtr gone = placements.task(u"a"_s);
+    const WorkItemPtr former = placements.task(u"b"_s);
+    const auto result = placements.replaceTasks({first, makeTask(u"b"_s), makeTask(u"n"_s)});
+    QCOMPARE(result.repeated, QStringList(u"n"_s));
+    QCOMPARE(result.former, WorkItems({former, gone}));
     QCOMPARE(placements.task(u"n"_s), first);
     QCOMPARE(idsOf(placements.tasks()), u"n b"_s);
     QCOMPARE(idsOf(placements.cell({Top, Todo})), u"b"_s);
