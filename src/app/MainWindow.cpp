@@ -1,6 +1,5 @@
 #include "app/MainWindow.h"
 
-#include "app/Services.h"
 #include "app/SymbolImageProvider.h"
 #include "viewmodels/AppViewModel.h"
 
@@ -11,24 +10,6 @@ Q_IMPORT_QML_PLUGIN(Vantrel_ViewModelsPlugin)
 Q_IMPORT_QML_PLUGIN(Vantrel_UiPlugin)
 
 namespace vantrel {
-
-ViewModelServices viewModelServices(Services &services)
-{
-    return {.board = *services.board,
-            .blocking = services.blocking,
-            .repository = services.repository,
-            .managers = services.managers,
-            .notifications = services.notifications,
-            .defaults = services.defaults,
-            .clock = services.clock,
-            .time = services.time,
-            .announcer = services.announcer,
-            .sounds = services.sounds,
-            .toasts = services.toasts,
-            .urls = services.urls,
-            .saveIndicator = services.saveIndicator,
-            .appearance = services.appearance};
-}
 
 MainWindow::MainWindow(AppViewModel &app)
 {

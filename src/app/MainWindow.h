@@ -8,11 +8,6 @@ class QQuickWindow;
 namespace vantrel {
 
 class AppViewModel;
-struct Services;
-struct ViewModelServices;
-
-/** What the view models need, out of all services. */
-ViewModelServices viewModelServices(Services &services);
 
 /**
  * The main window: the QML engine and the root of the interface in it. Owned by main(), or by whoever else

@@ -74,4 +74,22 @@ bool Services::shutDown(std::chrono::milliseconds limit)
     return true;
 }
 
+ViewModelServices viewModelServices(Services &services)
+{
+    return {.board = *services.board,
+            .blocking = services.blocking,
+            .repository = services.repository,
+            .managers = services.managers,
+            .notifications = services.notifications,
+            .defaults = services.defaults,
+            .clock = services.clock,
+            .time = services.time,
+            .announcer = services.announcer,
+            .sounds = services.sounds,
+            .toasts = services.toasts,
+            .urls = services.urls,
+            .saveIndicator = services.saveIndicator,
+            .appearance = services.appearance};
+}
+
 } // namespace vantrel

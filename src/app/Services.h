@@ -21,6 +21,7 @@
 #include "sources/TaskRepository.h"
 #include "sources/UnavailableTaskManager.h"
 #include "sources/plaintext/PlainTextTaskManager.h"
+#include "viewmodels/AppViewModel.h"
 
 #include <chrono>
 #include <memory>
@@ -97,5 +98,8 @@ struct Services
 private:
     bool m_isShutDown = false;
 };
+
+/** What the view models need, out of all services. */
+ViewModelServices viewModelServices(Services &services);
 
 } // namespace vantrel

@@ -10,13 +10,15 @@
 #include <QGuiApplication>
 #include <QQuickWindow>
 
-#include <cstdio>
+#include <cstdlib>
 
 using namespace vantrel;
 
 namespace {
 
 constexpr std::chrono::seconds LongestGoodbye(10);
+/** The board stands by then, and the processor has nothing better to do. */
+constexpr double SoundPreparationDelay = 1.0;
 
 void nameApplication()
 {
@@ -38,15 +40,21 @@ AppConfig prepareDirectory()
     return config;
 }
 
+void endInOrder(Services &services)
+{
+    if (!services.shutDown(LongestGoodbye)) {
+        // A disk that does not answer would hold up the destructors for ever.
+        std::_Exit(EXIT_FAILURE);
+    }
+}
+
 } // namespace
 
 int main(int argc, char *argv[])
 {
-    // Where the ffmpeg back end finds no sound card it ends the program.
-    if (!qEnvironmentVariableIsSet("QT_MEDIA_BACKEND")) {
-        qputenv("QT_MEDIA_BACKEND", "gstreamer");
-    }
     const LogWriter logWriter;
+    // The program reads no command line, and neither shall Qt.
+    argc = 1;
     const QGuiApplication application(argc, argv);
     nameApplication();
 
@@ -80,8 +88,7 @@ int main(int argc, char *argv[])
                      [] { QCoreApplication::quit(); });
     QObject::connect(&lock, &InstanceLock::raiseRequested, &application, [&window] { window.raise(); });
     QObject::connect(&application, &QCoreApplication::aboutToQuit, &application,
-                     [&services] { services.shutDown(LongestGoodbye); });
-    // Preparing the sounds may take a moment: after the first frame.
-    clock.after(1.0, window.window(), [&platform] { platform.sounds->prepare(); });
+                     [&services] { endInOrder(services); });
+    clock.after(SoundPreparationDelay, window.window(), [&services] { services.sounds.prepare(); });
     return QGuiApplication::exec();
 }

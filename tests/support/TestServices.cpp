@@ -32,6 +32,7 @@ void TestServices::begin()
                                                           .omniFocus = &omniFocus,
                                                           .reminders = &reminders,
                                                           .databaseVfs = databaseVfs});
+    m_viewModels = std::make_unique<AppViewModel>(viewModelServices(*m_services));
 }
 
 void TestServices::start()
@@ -45,6 +46,7 @@ void TestServices::start()
 bool TestServices::stop()
 {
     const bool isStored = !m_services || m_services->shutDown(std::chrono::seconds(10));
+    m_viewModels.reset();
     m_services.reset();
     return isStored;
 }
@@ -73,7 +75,8 @@ void TestServices::settle()
 
 bool TestServices::isWorking() const
 {
-    return m_services->persistence.pendingJobs() > 0 || m_services->board->persistenceQueue().isProcessing() ||
+    return m_services->persistence.pendingJobs() > 0 ||
+           m_services->board->persistenceQueue().isProcessing() ||
            QThreadPool::globalInstance()->activeThreadCount() > 0;
 }
 

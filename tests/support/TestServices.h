@@ -12,7 +12,7 @@
 namespace vantrel::test {
 
 /**
- * The whole program but its face, on a folder of its own that is thrown away with it: the Services of
+ * The whole program but its window, on a folder of its own that is thrown away with it: the Services of
  * production with a manual clock, a desktop that nobody sees and two scriptable sources. Two may live side by
  * side. Not started by the constructor, so that a test can prepare the folder and the sources.
  */
@@ -27,7 +27,9 @@ public:
     Services &operator*() { return *m_services; }
     Services *operator->() { return m_services.get(); }
 
-    /** Builds the services; loading has begun, and goes on with settle(). */
+    AppViewModel &viewModels() { return *m_viewModels; }
+
+    /** Builds the services and the view models; loading has begun, and goes on with settle(). */
     void begin();
     /** begin(), then waits until the board is loaded or has failed to. */
     void start();
@@ -58,6 +60,7 @@ private:
     bool isWorking() const;
 
     std::unique_ptr<Services> m_services;
+    std::unique_ptr<AppViewModel> m_viewModels;
 };
 
 } // namespace vantrel::test
