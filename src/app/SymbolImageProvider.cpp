@@ -13,7 +13,7 @@ constexpr int DefaultSize = 20;
 /** The drawing as it is in the resources, in black. */
 QByteArray drawing(const QString &symbol)
 {
-    const auto path = [](const QString &name) {
+    const auto path = [](const QString &name) -> QString {
         return u":/symbols/" + name + u".svg";
     };
     QFile file(path(symbol));
