@@ -83,7 +83,7 @@ FocusScope {
         anchors.verticalCenter: parent.verticalCenter
         spacing: 10
 
-        Loader {
+        Lazy {
             anchors.verticalCenter: parent.verticalCenter
             active: root.app.gauge.enabled && root.width > 720
             sourceComponent: WIPGaugeView {

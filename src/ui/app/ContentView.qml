@@ -11,7 +11,7 @@ FocusScope {
 
     readonly property bool showsList: root.app.loading.boardReady && !root.app.loading.failed
 
-    Loader {
+    Lazy {
         anchors.fill: parent
         active: root.app.loading.failed
         sourceComponent: BoardErrorView {
@@ -26,7 +26,7 @@ FocusScope {
             loading: root.app.loading
         }
     }
-    Loader {
+    Lazy {
         id: list
         anchors.fill: parent
         focus: true

@@ -99,7 +99,7 @@ FocusScope {
         saving: root.app.saving
     }
 
-    Loader {
+    Lazy {
         anchors.fill: parent
         active: root.hasSheet
         sourceComponent: QuickAddSheet {

@@ -13,7 +13,7 @@ FocusScope {
     readonly property bool showsContent: taskList.screen === TaskListViewModel.Content
                                          || taskList.screen === TaskListViewModel.Loading
 
-    Loader {
+    Lazy {
         anchors.fill: parent
         active: root.taskList.screen === TaskListViewModel.Permission
         focus: active
@@ -21,7 +21,7 @@ FocusScope {
             taskList: root.taskList
         }
     }
-    Loader {
+    Lazy {
         anchors.fill: parent
         active: root.taskList.screen === TaskListViewModel.Error
         focus: active

@@ -8,9 +8,9 @@ Rectangle {
     id: root
 
     required property swimLaneContent lane
-    required property KanbanBoard view
+    required property BoardLayout frame
 
-    readonly property real zoom: view.zoom
+    readonly property real zoom: frame.zoom
     readonly property real headerHeight: 35 * zoom
     /** The height that the resizer proposes, until it is stored; 0 while it rests. */
     property real proposedHeight: 0
@@ -32,7 +32,7 @@ Rectangle {
     }
     // What the zoom or the resizer changes follows at once; opening, closing and isolation slide.
     Connections {
-        target: root.view
+        target: root.frame
 
         function onZoomChanged() { slide.enabled = false; }
     }
@@ -45,8 +45,8 @@ Rectangle {
         height: root.headerHeight
         lane: root.lane
         zoom: root.zoom
-        onToggled: root.view.board.toggleSwimLane(root.lane.id)
-        onIsolationToggled: root.view.board.toggleIsolation(root.lane.id)
+        onToggled: root.frame.board.toggleSwimLane(root.lane.id)
+        onIsolationToggled: root.frame.board.toggleIsolation(root.lane.id)
     }
     Rectangle {
         x: 1
@@ -57,8 +57,8 @@ Rectangle {
         color: Theme.line
     }
 
-    Loader {
-        x: root.view.inset
+    Lazy {
+        x: root.frame.inset
         y: root.headerHeight + 1
         width: parent.width - 2 * x
         height: root.shownBodyHeight
@@ -68,16 +68,16 @@ Rectangle {
             Row {
                 y: Theme.cardPadding
                 height: Math.max(0, parent.height - 2 * Theme.cardPadding)
-                spacing: root.view.gap
+                spacing: root.frame.columnGap
 
                 Repeater {
-                    model: root.view.board.columns
+                    model: root.frame.board.columns
 
                     KanbanColumn {
-                        width: root.view.columnWidth
+                        width: root.frame.columnWidth
                         height: parent?.height ?? 0
                         laneId: root.lane.id
-                        view: root.view
+                        frame: root.frame
                     }
                 }
             }
@@ -89,10 +89,10 @@ Rectangle {
                 zoom: root.zoom
                 onHeightMoved: height => {
                     slide.enabled = false;
-                    root.proposedHeight = root.view.board.clampedHeight(height);
+                    root.proposedHeight = root.frame.board.clampedHeight(height);
                 }
                 onHeightChosen: height => {
-                    root.view.board.setSwimLaneHeight(root.lane.id, height);
+                    root.frame.board.setSwimLaneHeight(root.lane.id, height);
                     root.proposedHeight = 0;
                 }
             }

@@ -50,7 +50,7 @@ Item {
         height: (source?.height ?? 0) * 1.02 + 2 * margin
         opacity: 0.9
 
-        Loader {
+        Lazy {
             x: picture.margin
             y: picture.margin
             active: picture.source !== null

@@ -13,26 +13,28 @@ Item {
     required property bool isDimmed
     required property bool isDragged
     required property string operationError
-    required property ColumnTasksView list
+    required property CellModel cell
+    required property columnContent column
+    required property BoardLayout frame
+    required property real landingHeight
 
-    readonly property KanbanBoard view: list.view
-    readonly property BoardViewModel board: view.board
-    readonly property bool isTarget: list.landingHeight > 0
-    property real landing: isTarget && list.cell.dropRow === index ? list.landingHeight + list.gap : 0
+    readonly property BoardViewModel board: frame.board
+    readonly property bool isTarget: landingHeight > 0
+    property real landing: isTarget && cell.dropRow === index ? landingHeight + frame.cardGap : 0
     /** Over its own cell the dragged card leaves its place: the gap tells where it will stand. */
     readonly property bool isTakenOut: isDragged && isTarget
 
-    height: landing + (isTakenOut ? 0 : item.height + list.gap)
+    height: landing + (isTakenOut ? 0 : item.height + frame.cardGap)
 
     Behavior on landing {
         NumberAnimation { duration: Theme.quick; easing.type: Easing.OutCubic }
     }
 
     function takeFocus() {
-        if (!isFocused || !view.activeFocus)
+        if (!isFocused || !frame.hasFocus)
             return;
         item.forceActiveFocus(Qt.OtherFocusReason);
-        Qt.callLater(view.reveal, item);
+        Qt.callLater(frame.revealRequested, item);
     }
 
     onIsFocusedChanged: takeFocus()
@@ -41,12 +43,12 @@ Item {
         opacity = 1;
         takeFocus();
     }
-    ListView.onPooled: if (item.activeFocus) view.forceActiveFocus()
+    ListView.onPooled: if (item.activeFocus) frame.focusRequested()
 
     KanbanCard {
         id: item
-        objectName: "column-" + root.list.column.name + "-task-" + root.card.id
-        x: root.list.padding
+        objectName: "column-" + root.column.name + "-task-" + root.card.id
+        x: root.frame.cellPadding
         y: root.landing
         width: root.width - 2 * x
         height: implicitHeight
@@ -59,7 +61,7 @@ Item {
         focusedComponent: root.focusedComponent
         operationError: root.operationError
         hovered: hover.hovered
-        zoom: root.list.zoom
+        zoom: root.frame.zoom
         Accessible.onPressAction: root.board.tapCard(root.card.id, false)
         onRetryRequested: root.board.retry(root.card.id)
 
@@ -72,7 +74,7 @@ Item {
         }
         TapHandler {
             onTapped: {
-                root.view.forceActiveFocus();
+                root.frame.focusRequested();
                 root.board.tapCard(root.card.id, point.modifiers & Qt.ControlModifier);
             }
         }
@@ -82,9 +84,9 @@ Item {
             acceptedDevices: PointerDevice.Mouse | PointerDevice.Stylus
             onActiveChanged: {
                 if (active)
-                    root.view.cardDrag.begin(item, item.mapFromItem(null, centroid.scenePressPosition), () => drag.active);
+                    root.frame.drag.begin(item, item.mapFromItem(null, centroid.scenePressPosition), () => drag.active);
                 else
-                    root.view.cardDrag.end();
+                    root.frame.drag.end();
             }
         }
         HoverHint {

@@ -10,31 +10,27 @@ ListView {
 
     required property CellModel cell
     required property columnContent column
-    required property KanbanBoard view
-    required property real padding
+    required property BoardLayout frame
     /** Height of the gap to be opened where dragged cards would land; 0 for none. */
     required property real landingHeight
-
-    readonly property real zoom: view.zoom
-    readonly property real gap: Theme.gap * zoom
 
     model: cell
     clip: true
     interactive: false
     reuseItems: true
     cacheBuffer: 60
-    topMargin: padding
-    bottomMargin: padding - gap
+    topMargin: frame.cellPadding
+    bottomMargin: frame.cellPadding - frame.cardGap
     T.ScrollBar.vertical: AppScrollBar {}
 
     Component.onCompleted: contentY = Math.max(originY - topMargin, cell?.scrollPosition ?? 0)
     Component.onDestruction: if (cell) cell.scrollPosition = contentY
 
     Connections {
-        target: root.view.board
+        target: root.frame.board
 
         function onFocusedTaskChanged() {
-            const row = root.cell?.rowOf(root.view.board.focusedTaskId) ?? -1;
+            const row = root.cell?.rowOf(root.frame.board.focusedTaskId) ?? -1;
             if (row >= 0)
                 root.positionViewAtIndex(row, ListView.Contain);
         }
@@ -66,7 +62,7 @@ ListView {
 
     footer: Item {
         width: root.width
-        height: root.cell?.dropRow === root.count ? root.landingHeight + root.gap : 0
+        height: root.cell?.dropRow === root.count ? root.landingHeight + root.frame.cardGap : 0
 
         Behavior on height {
             NumberAnimation { duration: Theme.quick }
@@ -75,6 +71,9 @@ ListView {
 
     delegate: ColumnTask {
         width: root.width
-        list: root
+        cell: root.cell
+        column: root.column
+        frame: root.frame
+        landingHeight: root.landingHeight
     }
 }

@@ -10,21 +10,6 @@ FocusScope {
 
     required property BoardViewModel board
 
-    readonly property real zoom: board.zoomLevel
-    readonly property real padding: Theme.windowPadding
-    /** Between a swimlane's edge and its cells. */
-    readonly property real inset: Theme.cardPadding + 1
-    readonly property real gap: Theme.laneGap * zoom
-    readonly property int columnCount: headers.count
-    readonly property real columnWidth: Math.max(
-        Theme.minimumColumnWidth * zoom,
-        (width - 2 * padding - 2 * inset - (columnCount - 1) * gap) / Math.max(1, columnCount))
-    readonly property real boardWidth: columnCount * (columnWidth + gap) - gap + 2 * inset
-
-    readonly property alias cardDrag: drag
-    /** Where dragged cards were last seen over a cell. */
-    property point dragPointer: Qt.point(0, 0)
-
     Accessible.role: Accessible.Pane
     Accessible.name: qsTr("Kanban Board")
 
@@ -32,9 +17,22 @@ FocusScope {
 
     Keys.onPressed: event => event.accepted = root.board.handleKey(event.key, event.modifiers)
 
+    BoardLayout {
+        id: layout
+        board: root.board
+        drag: cardDrag
+        availableWidth: root.width - 2 * windowPadding
+        columnCount: headers.count
+        hasFocus: root.activeFocus
+
+        onFocusRequested: root.forceActiveFocus()
+        onRevealRequested: card => root.reveal(card)
+        onDraggedOver: position => autoScroll.pointerY = lanes.mapFromItem(null, position).y
+    }
     Connections {
         target: root.board
 
+        // A swimlane that is far away has no cells yet, and they no card that could ask to be seen.
         function onFocusedTaskChanged() {
             const row = root.board.focusedSwimLaneRow;
             if (row >= 0 && !lanes.itemAtIndex(row))
@@ -42,22 +40,21 @@ FocusScope {
         }
     }
 
-    /** Scrolls until the item, a card, can be seen. */
-    function reveal(item: Item) {
+    function reveal(card: Item) {
         const margin = Theme.gap;
-        const top = item.mapToItem(lanes.contentItem, 0, 0).y - margin;
-        const bottom = top + item.height + 2 * margin;
+        const top = card.mapToItem(lanes.contentItem, 0, 0).y - margin;
+        const bottom = top + card.height + 2 * margin;
         if (top < lanes.contentY)
-            lanes.scrollTo(top);
+            laneScroll.glideTo(top);
         else if (bottom > lanes.contentY + lanes.height)
-            lanes.scrollTo(bottom - lanes.height);
+            laneScroll.glideTo(bottom - lanes.height);
 
-        const left = item.mapToItem(strip.contentItem, 0, 0).x - root.padding;
-        const right = left + item.width + 2 * root.padding;
+        const left = card.mapToItem(strip.contentItem, 0, 0).x - layout.windowPadding;
+        const right = left + card.width + 2 * layout.windowPadding;
         if (left < strip.contentX)
-            strip.contentX = left;
+            stripScroll.glideTo(left);
         else if (right > strip.contentX + strip.width)
-            strip.contentX = right - strip.width;
+            stripScroll.glideTo(right - strip.width);
     }
 
     BoardIndicators {
@@ -71,46 +68,44 @@ FocusScope {
         anchors.top: indicators.bottom
         anchors.bottom: parent.bottom
         width: parent.width
-        contentWidth: root.boardWidth + 2 * root.padding
+        contentWidth: layout.boardWidth + 2 * layout.windowPadding
         contentHeight: height
         interactive: false
         clip: true
         T.ScrollBar.horizontal: AppScrollBar {}
 
         WheelScroll {
+            id: stripScroll
             flickable: strip
             orientation: Qt.Horizontal
         }
 
         Row {
-            x: root.padding + root.inset
-            height: root.board.columnHeaderHeight * root.zoom
-            spacing: root.gap
+            x: layout.windowPadding + layout.inset
+            height: layout.headerHeight
+            spacing: layout.columnGap
 
             Repeater {
                 id: headers
                 model: root.board.columns
 
                 delegate: ColumnHeaderView {
-                    width: root.columnWidth
-                    height: parent?.height ?? 0
-                    zoom: root.zoom
+                    width: layout.columnWidth
+                    height: layout.headerHeight
+                    zoom: layout.zoom
                 }
             }
         }
 
         ListView {
             id: lanes
-
-            property bool resizing: false
-
-            x: root.padding
-            y: root.board.columnHeaderHeight * root.zoom
-            width: root.boardWidth
+            x: layout.windowPadding
+            y: layout.headerHeight
+            width: layout.boardWidth
             height: strip.height - y
             spacing: Theme.laneGap
-            bottomMargin: root.padding
             topMargin: Theme.unit
+            bottomMargin: layout.windowPadding
             interactive: false
             clip: true
             cacheBuffer: 200
@@ -119,19 +114,6 @@ FocusScope {
             Accessible.role: Accessible.List
             Accessible.name: qsTr("Swimlanes")
 
-            function scrollTo(y: real) {
-                glide.stop();
-                glide.to = Math.max(originY - topMargin,
-                                    Math.min(y, originY + contentHeight + bottomMargin - height));
-                glide.start();
-            }
-
-            NumberAnimation on contentY {
-                id: glide
-                running: false
-                duration: Theme.move
-                easing.type: Easing.OutCubic
-            }
             WheelScroll {
                 id: laneScroll
                 flickable: lanes
@@ -150,19 +132,18 @@ FocusScope {
 
             delegate: BoardSwimLaneRow {
                 width: lanes.width
-                view: root
+                frame: layout
             }
         }
     }
 
     CardDrag {
-        id: drag
+        id: cardDrag
         board: root.board
     }
-
     AutoScroll {
+        id: autoScroll
         scroller: laneScroll
-        wanted: drag.active
-        pointerY: lanes.mapFromItem(root, root.dragPointer).y
+        wanted: cardDrag.active
     }
 }

@@ -9,16 +9,16 @@ Rectangle {
 
     required property columnContent column
     required property string laneId
-    required property KanbanBoard view
+    required property BoardLayout frame
 
-    readonly property CellModel cell: view.board.cell(laneId, column.id)
-    readonly property real zoom: view.zoom
-    readonly property real padding: Theme.gap * zoom
+    readonly property CellModel cell: frame.board.cell(laneId, column.id)
+    readonly property real zoom: frame.zoom
+    readonly property real padding: frame.cellPadding
     readonly property bool isTargeted: drop.containsDrag && cell.dropRow >= 0
 
     radius: Theme.cardRadius * zoom
     color: isTargeted ? Theme.accentTint
-         : column.color !== "" && view.board.useColumnColors ? Qt.tint(Theme.cell, Qt.alpha(column.color, 0.06))
+         : column.color !== "" && frame.board.useColumnColors ? Qt.tint(Theme.cell, Qt.alpha(column.color, 0.06))
          : Theme.cell
     Accessible.role: Accessible.List
     Accessible.name: column.name
@@ -66,9 +66,8 @@ Rectangle {
         anchors.topMargin: warning.height
         cell: root.cell
         column: root.column
-        view: root.view
-        padding: root.padding
-        landingHeight: root.isTargeted ? root.view.cardDrag.landingHeight : 0
+        frame: root.frame
+        landingHeight: root.isTargeted ? root.frame.drag.landingHeight : 0
     }
     ColumnEmptyView {
         anchors.centerIn: parent
@@ -76,7 +75,7 @@ Rectangle {
         text: root.cell?.emptyText ?? ""
         zoom: root.zoom
     }
-    Loader {
+    Lazy {
         anchors.fill: parent
         active: root.isTargeted
         sourceComponent: DashedFrame {
@@ -91,21 +90,21 @@ Rectangle {
         property var offer: ({})
 
         function update(drag: var) {
-            drag.accepted = root.view.board.dragOver(root.cell, offer, drag.y / root.zoom);
-            root.view.dragPointer = root.mapToItem(root.view, drag.x, drag.y);
+            drag.accepted = root.frame.board.dragOver(root.cell, offer, drag.y / root.zoom);
+            root.frame.draggedOver(root.mapToItem(null, drag.x, drag.y));
         }
 
         onEntered: drag => {
             const offered = {};
-            for (const format of root.view.board.dragFormats)
+            for (const format of root.frame.board.dragFormats)
                 offered[format] = drag.getDataAsString(format);
             offer = offered;
             update(drag);
         }
         onPositionChanged: drag => update(drag)
-        onExited: root.view.board.dragLeft(root.cell)
+        onExited: root.frame.board.dragLeft(root.cell)
         onDropped: drag => {
-            if (root.view.board.drop(root.cell, offer, drag.y / root.zoom))
+            if (root.frame.board.drop(root.cell, offer, drag.y / root.zoom))
                 drag.accept(Qt.MoveAction);
         }
     }

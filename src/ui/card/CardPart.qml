@@ -12,8 +12,6 @@ Rectangle {
     property bool bold: false
     /** What the pointer is told when it rests here. */
     property string tip: ""
-    /** The keyboard is on this part. */
-    property bool focused: false
     property real maximumWidth: 1000
 
     readonly property bool isChip: tint.a > 0
@@ -46,14 +44,5 @@ Rectangle {
         font.weight: root.bold ? Theme.headingWeight : Theme.regularWeight
         elide: Text.ElideRight
         Accessible.ignored: true
-    }
-    Loader {
-        anchors.fill: parent
-        active: root.focused
-        sourceComponent: FocusRing {
-            active: true
-            anchors.margins: -2
-            radius: root.radius + 2
-        }
     }
 }

@@ -1,3 +1,5 @@
+pragma ComponentBehavior: Bound
+
 import QtQuick
 import Vantrel.ViewModels
 
@@ -41,16 +43,24 @@ Item {
     }
 
     Rectangle {
-        y: root.lifted ? 5 : 1.5
         x: root.lifted ? -1 : 0
+        y: root.lifted ? 5 : 1.5
         width: parent.width - 2 * x
         height: parent.height
         radius: frame.radius
         color: root.lifted ? Theme.liftedShadow : Theme.shadow
     }
+    // The stripe of a flagged card is what the frame leaves uncovered at the left.
+    Rectangle {
+        anchors.fill: parent
+        visible: root.card.hasFlagStripe
+        radius: frame.radius
+        color: Theme.flagStripe
+    }
     Rectangle {
         id: frame
         anchors.fill: parent
+        anchors.leftMargin: root.card.hasFlagStripe && !root.isSelected ? 3 : 0
         radius: Theme.cardRadius * root.zoom
         color: root.ground
         border.width: root.isSelected ? Theme.ringWidth : 1
@@ -60,26 +70,17 @@ Item {
             ColorAnimation { duration: Theme.quick }
         }
     }
-    Loader {
-        active: root.card.hasFlagStripe
-        anchors.fill: parent
-        sourceComponent: FlagStripe {
-            radius: frame.radius
-            ground: root.ground
-            inset: frame.border.width
-        }
-    }
 
     Column {
         id: content
-        x: root.padding + (root.card.hasFlagStripe ? 2 * root.zoom : 0)
+        x: root.padding + (root.card.hasFlagStripe ? 2 : 0)
         y: root.padding
         width: root.width - x - root.padding
         spacing: 5 * root.zoom
 
         ThemedText {
             id: title
-            width: parent.width - (failure.active ? failure.width + 6 : 0)
+            width: parent.width - (failure.active ? failure.width : 0)
             text: root.card.title
             color: root.card.isComplete ? Theme.faintText : Theme.text
             font.pixelSize: Theme.body * root.zoom
@@ -89,35 +90,25 @@ Item {
             maximumLineCount: 2
             elide: Text.ElideRight
             Accessible.ignored: true
-
-            Loader {
-                anchors.fill: parent
-                active: root.focusedComponent === KanbanCardFocus.Name
-                sourceComponent: FocusRing {
-                    active: true
-                    radius: Theme.chipRadius
-                }
-            }
         }
         CardPart {
+            id: project
             visible: root.card.project !== ""
             zoom: root.zoom
             symbol: "folder"
             text: root.card.project
             maximumWidth: parent.width
-            focused: root.focusedComponent === KanbanCardFocus.Project
         }
         KanbanCardMetadata {
             id: metadata
             width: parent.width
             visible: root.showsMetadata
             card: root.card
-            focusedComponent: root.focusedComponent
             zoom: root.zoom
         }
     }
 
-    Loader {
+    Lazy {
         id: failure
         active: root.operationError !== ""
         anchors.right: parent.right
@@ -132,12 +123,21 @@ Item {
             onClicked: root.retryRequested()
         }
     }
-    Loader {
-        anchors.fill: parent
-        active: root.showsFocus
-        sourceComponent: FocusRing {
-            active: true
-            radius: frame.radius + 3
-        }
+    FocusRing {
+        readonly property Item part: root.focusedComponent === KanbanCardFocus.None ? root
+                                   : root.focusedComponent === KanbanCardFocus.Name ? title
+                                   : root.focusedComponent === KanbanCardFocus.Project ? project
+                                   : metadata.partFor(root.focusedComponent)
+        readonly property bool isOnPart: part !== root
+        readonly property rect place: active && part ? root.mapFromItem(part, 0, 0, part.width, part.height) : Qt.rect(0, 0, 0, 0)
+
+        anchors.fill: undefined
+        anchors.margins: 0
+        x: place.x - 3
+        y: place.y - 3
+        width: place.width + 6
+        height: place.height + 6
+        radius: isOnPart ? Theme.chipRadius + 2 : frame.radius + 3
+        active: root.showsFocus || isOnPart
     }
 }

@@ -6,14 +6,27 @@ Item {
     id: root
 
     required property cardContent card
-    required property int focusedComponent
     property real zoom: 1
 
     readonly property real gap: 6 * zoom
-    readonly property Item last: [due, tag, blocked, recurrence, flag, note, priority, source].find(part => part.visible)
+    readonly property Item last: due.visible ? due : tag.visible ? tag : blocked.visible ? blocked
+        : recurrence.visible ? recurrence : flag.visible ? flag : note.visible ? note : priority.visible ? priority : source
     readonly property bool ageFits: last.x + last.width + gap + age.width <= width
 
     implicitHeight: ageFits ? flow.height : flow.height + gap / 2 + age.height
+
+    /** The item of a part, or null if that is not here. */
+    function partFor(component: int): Item {
+        switch (component) {
+        case KanbanCardFocus.NoteIcon: return note;
+        case KanbanCardFocus.Icon: return source;
+        case KanbanCardFocus.Blocked: return blocked;
+        case KanbanCardFocus.Tag: return tag;
+        case KanbanCardFocus.DueDate: return due;
+        case KanbanCardFocus.Age: return age;
+        default: return null;
+        }
+    }
 
     /** What is to be said of the part at this point. */
     function tipAt(x: real, y: real): string {
@@ -32,7 +45,6 @@ Item {
             symbol: root.card.sourceIcon
             ink: Theme.faintText
             tip: root.card.sourceText
-            focused: root.focusedComponent === KanbanCardFocus.Icon
         }
         CardPart {
             id: priority
@@ -49,7 +61,6 @@ Item {
             symbol: "note"
             ink: Theme.faintText
             tip: root.card.note
-            focused: root.focusedComponent === KanbanCardFocus.NoteIcon
         }
         CardPart {
             id: flag
@@ -77,7 +88,6 @@ Item {
             tint: Theme.redTint
             maximumWidth: root.width
             tip: qsTr("Blocked task. Click to see or add reason.")
-            focused: root.focusedComponent === KanbanCardFocus.Blocked
         }
         CardPart {
             id: tag
@@ -87,7 +97,6 @@ Item {
             ink: Theme.violet
             tint: Theme.violetTint
             maximumWidth: root.width
-            focused: root.focusedComponent === KanbanCardFocus.Tag
         }
         CardPart {
             id: due
@@ -104,7 +113,6 @@ Item {
             ink: look[0]
             tint: look[1]
             tip: root.card.dueDescription
-            focused: root.focusedComponent === KanbanCardFocus.DueDate
         }
     }
     CardPart {
@@ -117,6 +125,5 @@ Item {
         ink: root.card.isAging ? Theme.amber : Theme.faintText
         bold: root.card.isAging
         tip: root.card.ageDescription
-        focused: root.focusedComponent === KanbanCardFocus.Age
     }
 }

@@ -1,7 +1,9 @@
+pragma ComponentBehavior: Bound
+
 import QtQuick
 
 /** Shows its component only when it is wanted for longer than a blink. */
-Loader {
+Lazy {
     id: root
 
     property bool wanted: false

@@ -3,7 +3,7 @@ pragma ComponentBehavior: Bound
 import QtQuick
 
 /** A hint that costs nothing until the pointer asks for it. */
-Loader {
+Lazy {
     id: root
 
     property bool shown: false

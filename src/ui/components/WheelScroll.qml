@@ -21,6 +21,7 @@ Item {
 
     /** Moves by so many pixels; false if the view stands at that end already. */
     function scrollBy(distance: real): bool {
+        glide.stop();
         const from = vertical ? flickable.contentY : flickable.contentX;
         const to = Math.max(first, Math.min(last, from + distance));
         if (Math.abs(to - from) < 0.5)
@@ -30,6 +31,21 @@ Item {
         else
             flickable.contentX = to;
         return true;
+    }
+
+    /** Moves to that place, or as near to it as the content goes, where the eye can follow. */
+    function glideTo(place: real) {
+        glide.stop();
+        glide.to = Math.max(first, Math.min(last, place));
+        glide.start();
+    }
+
+    NumberAnimation {
+        id: glide
+        target: root.flickable
+        property: root.vertical ? "contentY" : "contentX"
+        duration: Theme.move
+        easing.type: Easing.OutCubic
     }
 
     parent: flickable
