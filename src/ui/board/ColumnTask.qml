@@ -34,7 +34,7 @@ Item {
         if (!isFocused || !frame.hasFocus)
             return;
         item.forceActiveFocus(Qt.OtherFocusReason);
-        Qt.callLater(frame.revealRequested, item);
+        frame.revealRequested(item);
     }
 
     onIsFocusedChanged: takeFocus()

@@ -14,6 +14,8 @@ ListView {
     /** Height of the gap to be opened where dragged cards would land; 0 for none. */
     required property real landingHeight
 
+    readonly property int dropRow: cell?.dropRow ?? -1
+
     model: cell
     clip: true
     interactive: false
@@ -35,14 +37,7 @@ ListView {
                 root.positionViewAtIndex(row, ListView.Contain);
         }
     }
-    Connections {
-        target: root.cell
-
-        function onDropRowChanged() {
-            if (root.cell.dropRow >= 0)
-                root.positionViewAtIndex(Math.min(root.cell.dropRow, root.count - 1), ListView.Contain);
-        }
-    }
+    onDropRowChanged: if (dropRow >= 0) positionViewAtIndex(Math.min(dropRow, count - 1), ListView.Contain)
 
     WheelScroll {
         flickable: root
@@ -62,7 +57,7 @@ ListView {
 
     footer: Item {
         width: root.width
-        height: root.cell?.dropRow === root.count ? root.landingHeight + root.frame.cardGap : 0
+        height: root.dropRow === root.count ? root.landingHeight + root.frame.cardGap : 0
 
         Behavior on height {
             NumberAnimation { duration: Theme.quick }

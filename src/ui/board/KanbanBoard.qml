@@ -26,7 +26,10 @@ FocusScope {
         hasFocus: root.activeFocus
 
         onFocusRequested: root.forceActiveFocus()
-        onRevealRequested: card => root.reveal(card)
+        onRevealRequested: card => {
+            revealing.card = card;
+            revealing.restart();
+        }
         onDraggedOver: position => autoScroll.pointerY = lanes.mapFromItem(null, position).y
     }
     Connections {
@@ -38,6 +41,16 @@ FocusScope {
             if (row >= 0 && !lanes.itemAtIndex(row))
                 lanes.positionViewAtIndex(row, ListView.Contain);
         }
+    }
+
+    /** Behind the present turn: the views first bring the card's rows into place. */
+    Timer {
+        id: revealing
+
+        property Item card: null
+
+        interval: 0
+        onTriggered: if (card) root.reveal(card)
     }
 
     function reveal(card: Item) {

@@ -18,7 +18,7 @@ Rectangle {
 
     radius: Theme.cardRadius * zoom
     color: isTargeted ? Theme.accentTint
-         : column.color !== "" && frame.board.useColumnColors ? Qt.tint(Theme.cell, Qt.alpha(column.color, 0.06))
+         : column.color !== "" && frame.board.useColumnColors ? Qt.tint(Theme.cell, Qt.alpha(column.color, 0.04))
          : Theme.cell
     Accessible.role: Accessible.List
     Accessible.name: column.name
