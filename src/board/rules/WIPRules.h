@@ -21,6 +21,7 @@ struct WIPThresholds
 {
     int warn = 20;
     int max = 30;
+    friend bool operator==(const WIPThresholds &, const WIPThresholds &) = default;
 };
 
 /** The warning begins at its threshold, the overload one past the maximum. */
