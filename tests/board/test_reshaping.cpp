@@ -1,6 +1,7 @@
 #include "TestBoard.h"
 #include "foundations/Log.h"
 #include "foundations/NotificationNames.h"
+#include "support/Builders.h"
 #include "support/TestRegistry.h"
 
 #include <QSignalSpy>
@@ -21,15 +22,6 @@ WorkItems makeTasks(const QString &ids)
     return tasks;
 }
 
-Column column(const QString &name, ColumnType type)
-{
-    Column made;
-    made.id = ColumnId::create();
-    made.name = name;
-    made.type = type;
-    return made;
-}
-
 } // namespace
 
 /** Columns and swimlanes that change or go away under their tasks. */
@@ -38,28 +30,31 @@ class TestReshaping : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void init();
-    void cleanup();
+    void init()
+    {
+        m_log = std::make_unique<LogWriter>(LogWriter::Output::Silent);
+        m_board = std::make_unique<TestBoard>();
+    }
+    void cleanup() { m_board.reset(); }
 
     void tasksOfARemovedColumnKeepTheirSwimLanesOrderAndBlocks();
     void tasksOfARemovedCompletedColumnStayComplete();
     void aMoveStillBeingStoredDoesNotComeBackToARemovedColumn();
     void rowsOfASilentSourceSurviveTheirColumn();
-    void theLastColumnOfATypeAndItsTasksStay();
+    void whatTheBoardCannotDoWithoutStays();
     void aColumnThatTurnsCompletedCompletesItsTasksHere();
     void columnsMoveWithinTheOrderOfTypes();
 
     void tasksOfARemovedSwimLaneGoBehindThoseOfTheDefaultOne();
     void aTaskNotYetStoredSurvivesItsSwimLane();
     void rowsOfASilentSourceSurviveTheirSwimLane();
-    void theDefaultSwimLaneAndItsTasksStay();
     void isolationEndsBeforeTheSwimLanesChange();
 
 private:
     BoardState &board() { return **m_board; }
     ColumnId addReview(ColumnType type = ColumnType::Active)
     {
-        const Column review = column(u"Review"_s, type);
+        const Column review = aColumn(u"Review"_s, type);
         board().addColumn(review);
         return review.id;
     }
@@ -71,18 +66,6 @@ private:
     std::unique_ptr<LogWriter> m_log;
     std::unique_ptr<TestBoard> m_board;
 };
-
-void TestReshaping::init()
-{
-    m_log = std::make_unique<LogWriter>(LogWriter::Output::Silent);
-    m_board = std::make_unique<TestBoard>();
-}
-
-void TestReshaping::cleanup()
-{
-    m_board.reset();
-    m_log.reset();
-}
 
 void TestReshaping::tasksOfARemovedColumnKeepTheirSwimLanesOrderAndBlocks()
 {
@@ -160,15 +143,18 @@ void TestReshaping::rowsOfASilentSourceSurviveTheirColumn()
     QCOMPARE(board().task(u"omni"_s)->blockReason(), u"rain"_s);
 }
 
-void TestReshaping::theLastColumnOfATypeAndItsTasksStay()
+void TestReshaping::whatTheBoardCannotDoWithoutStays()
 {
     m_board->organize(makeTasks(u"a b"_s));
 
     board().removeColumn(m_board->todo());
     board().removeColumn(ColumnId::create());
+    board().removeSwimLane(m_board->first());
+    board().removeSwimLane(SwimLaneId::create());
     m_board->settle();
 
     QCOMPARE(board().columnManager().columns().size(), size_t(3));
+    QCOMPARE(board().swimLaneManager().swimLanes().size(), size_t(2));
     QCOMPARE(m_board->storedCell(m_board->todo()), u"a:0 b:1"_s);
 }
 
@@ -273,22 +259,9 @@ void TestReshaping::rowsOfASilentSourceSurviveTheirSwimLane()
     QCOMPARE(m_board->cell(m_board->doing()), u"omni"_s);
 }
 
-void TestReshaping::theDefaultSwimLaneAndItsTasksStay()
-{
-    m_board->organize(makeTasks(u"a b"_s));
-
-    board().removeSwimLane(m_board->first());
-    board().removeSwimLane(SwimLaneId::create());
-    m_board->settle();
-
-    QCOMPARE(board().swimLaneManager().swimLanes().size(), size_t(2));
-    QCOMPARE(m_board->storedCell(m_board->todo()), u"a:0 b:1"_s);
-}
-
 void TestReshaping::isolationEndsBeforeTheSwimLanesChange()
 {
-    SwimLane third = SwimLane::defaultSwimLane();
-    third.name = u"Third"_s;
+    const SwimLane third = aSwimLane(u"Third"_s);
     board().isolateSwimLane(m_board->second());
     board().addSwimLane(third);
     QVERIFY(!board().isSwimLaneIsolationActive());
