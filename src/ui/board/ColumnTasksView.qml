@@ -15,6 +15,12 @@ ListView {
     required property real landingHeight
 
     readonly property int dropRow: cell?.dropRow ?? -1
+    /** The gap behind the last card, where dragged cards would land. */
+    property real tail: dropRow >= 0 && dropRow === count ? landingHeight + frame.cardGap : 0
+
+    Behavior on tail {
+        NumberAnimation { duration: Theme.quick }
+    }
 
     model: cell
     clip: true
@@ -22,7 +28,7 @@ ListView {
     reuseItems: true
     cacheBuffer: 60
     topMargin: frame.cellPadding
-    bottomMargin: frame.cellPadding - frame.cardGap
+    bottomMargin: frame.cellPadding - frame.cardGap + tail
     T.ScrollBar.vertical: AppScrollBar {}
 
     Component.onCompleted: contentY = Math.max(originY - topMargin, cell?.scrollPosition ?? 0)
@@ -53,15 +59,6 @@ ListView {
     }
     remove: Transition {
         NumberAnimation { property: "opacity"; to: 0; duration: Theme.quick }
-    }
-
-    footer: Item {
-        width: root.width
-        height: root.dropRow === root.count ? root.landingHeight + root.frame.cardGap : 0
-
-        Behavior on height {
-            NumberAnimation { duration: Theme.quick }
-        }
     }
 
     delegate: ColumnTask {
