@@ -1,6 +1,7 @@
 #pragma once
 
 #include "app/Services.h"
+#include "support/FailingFileCalls.h"
 #include "support/FakeDesktop.h"
 #include "support/FakeTaskManager.h"
 #include "support/ManualClock.h"
@@ -50,7 +51,7 @@ public:
     QTemporaryDir directory;
     AppConfig config{AppEnvironment::Testing, directory.path()};
     ManualClock clock;
-    FileCalls files;
+    FailingFileCalls files;
     FakeDesktop desktop;
     FakeTaskManager omniFocus{TaskManagerType::OmniFocus, clock};
     FakeTaskManager reminders{TaskManagerType::Reminders, clock};
