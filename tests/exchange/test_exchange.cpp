@@ -5,8 +5,10 @@
 #include "foundations/PlainTextWorkItem.h"
 #include "support/ManualClock.h"
 
-#include <QElapsedTimer>
 #include <QTest>
+
+#include <ctime>
+#include <limits>
 
 using namespace vantrel;
 using namespace vantrel::test;
@@ -222,11 +224,15 @@ void TestExchange::longInputIsReadInLinearTime()
     const NaturalLanguageParser parser(clock);
     const auto microseconds = [&](int repetitions) {
         const QString line = u"- " + unit.repeated(repetitions) + u"x #end";
-        QElapsedTimer timer;
-        timer.start();
-        parser.parseTask(line);
-        PlainTextTaskParser::parseTaskList(line);
-        return timer.nsecsElapsed() / 1000;
+        // The processor's time, and the best of three: what else the machine does is no fault of the parser.
+        qint64 best = std::numeric_limits<qint64>::max();
+        for (int run = 0; run < 3; ++run) {
+            const std::clock_t start = std::clock();
+            parser.parseTask(line);
+            PlainTextTaskParser::parseTaskList(line);
+            best = std::min<qint64>(best, (std::clock() - start) * 1'000'000 / CLOCKS_PER_SEC);
+        }
+        return best;
     };
     microseconds(100);
     // Eight times the input, at most twenty times the time; a quadratic pattern needs sixty-four times.
