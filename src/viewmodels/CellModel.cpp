@@ -1,6 +1,6 @@
 #include "viewmodels/CellModel.h"
 
-#include "viewmodels/ColumnListModel.h"
+#include "board/rules/ColumnRules.h"
 
 namespace vantrel {
 

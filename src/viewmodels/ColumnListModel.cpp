@@ -1,5 +1,6 @@
 #include "viewmodels/ColumnListModel.h"
 
+#include "board/rules/ColumnRules.h"
 #include "foundations/Color.h"
 
 namespace vantrel {
@@ -20,11 +21,6 @@ QString symbolOf(ColumnType type)
 }
 
 } // namespace
-
-bool isWIPLimitExceeded(const Column &column, int incomplete)
-{
-    return !column.isCompleted() && column.wipLimit && incomplete > *column.wipLimit;
-}
 
 ColumnContent columnContent(const Column &column, const ColumnCounts &counts)
 {

@@ -59,9 +59,6 @@ public:
  */
 ColumnContent columnContent(const Column &column, const ColumnCounts &counts);
 
-/** True if `incomplete` tasks are more than the column may hold. Completed columns have no limit. */
-bool isWIPLimitExceeded(const Column &column, int incomplete);
-
 /** The columns of the board from the left. Owned by BoardViewModel; GUI thread. */
 class ColumnListModel : public RowListModel
 {

@@ -46,7 +46,7 @@ class TestBoardRules : public QObject
 private Q_SLOTS:
     void columnsFollowTheOrderOfTheirTypes();
     void anElementMovesToTheIndexAfterItsRemoval();
-    void aLimitCountsItsCellOrItsColumn();
+    void aLimitIsExceededByOneMore();
     void theGaugeFollowsItsThresholds();
     void aThresholdIsCrossedBothWays();
     void workloadIsWordedByItsShare();
@@ -98,20 +98,15 @@ void TestBoardRules::anElementMovesToTheIndexAfterItsRemoval()
     }
 }
 
-void TestBoardRules::aLimitCountsItsCellOrItsColumn()
+void TestBoardRules::aLimitIsExceededByOneMore()
 {
-    const auto isExceeded = [](const QString &type, WIPLimitType limitType, int cellCount, int columnCount) {
+    for (const auto &[type, incomplete, isExceeded] :
+         {std::tuple(u"a"_s, 4, true), {u"a"_s, 3, false}, {u"q"_s, 4, true}, {u"c"_s, 4, false}}) {
         Column column = columnsOf(type).front();
+        QVERIFY(!isWIPLimitExceeded(column, incomplete));
         column.wipLimit = 3;
-        column.wipLimitType = limitType;
-        return isWIPLimitExceeded(column, cellCount, columnCount);
-    };
-    QVERIFY(isExceeded(u"a"_s, WIPLimitType::Swimlane, 4, 4));
-    QVERIFY(!isExceeded(u"a"_s, WIPLimitType::Swimlane, 3, 9));
-    QVERIFY(isExceeded(u"q"_s, WIPLimitType::Column, 2, 4));
-    QVERIFY(!isExceeded(u"q"_s, WIPLimitType::Column, 3, 3));
-    QVERIFY(!isExceeded(u"c"_s, WIPLimitType::Column, 9, 9));
-    QVERIFY(!isWIPLimitExceeded(columnsOf(u"a"_s).front(), 9, 9));
+        QCOMPARE(isWIPLimitExceeded(column, incomplete), isExceeded);
+    }
 }
 
 void TestBoardRules::theGaugeFollowsItsThresholds()
@@ -256,7 +251,5 @@ void TestBoardRules::sourcesAreToldByClassNotById()
 VANTREL_REGISTER_TEST(TestBoardRules)
 
 } // namespace vantrel::test
-
-Q_DECLARE_METATYPE(vantrel::FilterSelection)
 
 #include "test_board_rules.moc"

@@ -40,13 +40,9 @@ int insertionIndex(const std::vector<Column> &columns, ColumnType type)
     Q_UNREACHABLE();
 }
 
-bool isWIPLimitExceeded(const Column &column, int cellCount, int columnCount)
+bool isWIPLimitExceeded(const Column &column, int incomplete)
 {
-    if (column.isCompleted() || !column.wipLimit) {
-        return false;
-    }
-    const int count = column.wipLimitType == WIPLimitType::Column ? columnCount : cellCount;
-    return count > *column.wipLimit;
+    return !column.isCompleted() && column.wipLimit && incomplete > *column.wipLimit;
 }
 
 } // namespace vantrel

@@ -16,9 +16,9 @@ bool isValidColumnTypeOrder(const std::vector<ColumnType> &types);
 int insertionIndex(const std::vector<Column> &columns, ColumnType type);
 
 /**
- * True if an open column holds more incomplete tasks than it should: `cellCount` of them in the swimlane
- * looked at, `columnCount` over all swimlanes.
+ * True if `incomplete` tasks are more than the column may hold: of one swimlane or of all, as its limit is
+ * read. Completed columns have no limit.
  */
-bool isWIPLimitExceeded(const Column &column, int cellCount, int columnCount);
+bool isWIPLimitExceeded(const Column &column, int incomplete);
 
 } // namespace vantrel
