@@ -20,6 +20,7 @@ Services::Services(const AppConfig &appConfig, const Ports &ports)
       clipboard(ports.clipboard),
       urls(ports.urls),
       appearance(ports.appearance),
+      desktop(ports.desktop),
       fileSaver(ports.files),
       defaults(fileSaver, userDefaultsPath(config)),
       logManager(defaults),
@@ -89,7 +90,8 @@ ViewModelServices viewModelServices(Services &services)
             .toasts = services.toasts,
             .urls = services.urls,
             .saveIndicator = services.saveIndicator,
-            .appearance = services.appearance};
+            .appearance = services.appearance,
+            .desktop = services.desktop};
 }
 
 } // namespace vantrel

@@ -39,6 +39,7 @@ struct Ports
     Clipboard &clipboard;
     UrlOpener &urls;
     Screen &screen;
+    DesktopFamily desktop = DesktopFamily::Linux;
     /** Sources in place of the program's own. */
     TaskManagerProtocol *omniFocus = nullptr;
     TaskManagerProtocol *reminders = nullptr;
@@ -70,6 +71,7 @@ struct Services
     Clipboard &clipboard;
     UrlOpener &urls;
     const DesktopAppearance &appearance;
+    const DesktopFamily desktop;
 
     FileSaver fileSaver;
     UserDefaults defaults;

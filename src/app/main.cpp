@@ -74,7 +74,8 @@ int main(int argc, char *argv[])
                                     .appearance = *platform.appearance,
                                     .clipboard = *platform.clipboard,
                                     .urls = *platform.urls,
-                                    .screen = *platform.screen});
+                                    .screen = *platform.screen,
+                                    .desktop = platform.family});
     AppViewModel app(viewModelServices(services));
     MainWindow window(app);
     if (!window.window()) {

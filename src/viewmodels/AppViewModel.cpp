@@ -4,6 +4,8 @@
 #include "foundations/NotificationNames.h"
 #include "sources/TaskManagerFactory.h"
 
+#include <utility>
+
 namespace vantrel {
 
 namespace {
@@ -29,8 +31,18 @@ AppViewModel::AppViewModel(const ViewModelServices &services, QObject *parent)
 {
     connect(&m_saveIndicator, &BackgroundSaveIndicator::isSavingChanged, this, &AppViewModel::savingChanged);
     connect(&m_boardState, &BoardState::taskFocusChanged, this, &AppViewModel::taskFocusChanged);
+    connect(&m_boardState, &BoardState::organized, this, &AppViewModel::updateBoardEmpty);
+    connect(&m_boardState, &BoardState::changed, this, &AppViewModel::updateBoardEmpty);
     connect(&m_taskList, &TaskListViewModel::viewModeChanged, this,
             [this] { m_commands.setViewMode(m_taskList.currentViewMode()); });
+}
+
+void AppViewModel::updateBoardEmpty()
+{
+    const bool isEmpty = m_boardState.hasBeenOrganized() && m_boardState.taskCount() == 0;
+    if (std::exchange(m_isBoardEmpty, isEmpty) != isEmpty) {
+        Q_EMIT boardEmptyChanged();
+    }
 }
 
 void AppViewModel::contentAppeared()

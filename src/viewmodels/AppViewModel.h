@@ -55,6 +55,7 @@ class AppViewModel : public QObject
     Q_PROPERTY(vantrel::WIPGaugeViewModel *gauge READ gauge CONSTANT)
     Q_PROPERTY(bool saving READ isSaving NOTIFY savingChanged)
     Q_PROPERTY(bool taskFocusActive READ isTaskFocusActive NOTIFY taskFocusChanged)
+    Q_PROPERTY(bool boardEmpty READ isBoardEmpty NOTIFY boardEmptyChanged)
 public:
     explicit AppViewModel(const ViewModelServices &services, QObject *parent = nullptr);
 
@@ -68,6 +69,8 @@ public:
     WIPGaugeViewModel *gauge() { return &m_gauge; }
     bool isSaving() const { return m_saveIndicator.isSaving(); }
     bool isTaskFocusActive() const { return m_boardState.isTaskFocusActive(); }
+    /** There is a board, and no task on it, whatever the filters. */
+    bool isBoardEmpty() const { return m_isBoardEmpty; }
 
     /** To be called when the content first stands in the window. */
     Q_INVOKABLE void contentAppeared();
@@ -75,8 +78,11 @@ public:
 Q_SIGNALS:
     void savingChanged();
     void taskFocusChanged();
+    void boardEmptyChanged();
 
 private:
+    void updateBoardEmpty();
+
     BoardState &m_boardState;
     NotificationCenter &m_notifications;
     Clock &m_clock;
@@ -89,6 +95,7 @@ private:
     QuickAddViewModel m_quickAdd;
     ToastViewModel m_toast;
     WIPGaugeViewModel m_gauge;
+    bool m_isBoardEmpty = false;
 };
 
 } // namespace vantrel

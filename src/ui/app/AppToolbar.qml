@@ -87,6 +87,7 @@ FocusScope {
             anchors.verticalCenter: parent.verticalCenter
             active: root.app.gauge.enabled && root.width > 720
             sourceComponent: WIPGaugeView {
+                objectName: "gauge"
                 gauge: root.app.gauge
             }
         }

@@ -9,6 +9,8 @@ AppMenu {
 
     required property Commands commands
 
+    hasSymbols: false
+
     Instantiator {
         model: root.commands.menus
 

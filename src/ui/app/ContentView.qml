@@ -13,8 +13,11 @@ FocusScope {
 
     Lazy {
         anchors.fill: parent
+        focus: active
         active: root.app.loading.failed
         sourceComponent: BoardErrorView {
+            objectName: "boardErrorScreen"
+            focus: true
             loading: root.app.loading
         }
     }
@@ -23,6 +26,7 @@ FocusScope {
         anchors.fill: parent
         wanted: !root.showsList && !root.app.loading.failed
         sourceComponent: BoardLoadingView {
+            objectName: "boardLoadingScreen"
             loading: root.app.loading
         }
     }

@@ -27,12 +27,12 @@ Rectangle {
         BusySpinner {
             anchors.verticalCenter: parent.verticalCenter
             size: 12
-            color: Theme.onNote
+            color: Theme.inkOnNote
         }
         ThemedText {
             text: qsTr("Saving...")
             font.pixelSize: Theme.small
-            color: Theme.onNote
+            color: Theme.inkOnNote
         }
     }
 }

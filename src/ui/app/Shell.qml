@@ -65,6 +65,7 @@ FocusScope {
 
     AppToolbar {
         id: toolbar
+        objectName: "toolbar"
         width: parent.width
         height: Theme.toolbarHeight
         app: root.app
@@ -83,6 +84,7 @@ FocusScope {
 
     ContentView {
         id: content
+        objectName: "content"
         anchors.top: toolbar.bottom
         anchors.bottom: parent.bottom
         anchors.left: rail.right
@@ -103,6 +105,7 @@ FocusScope {
         anchors.fill: parent
         active: root.hasSheet
         sourceComponent: QuickAddSheet {
+            objectName: "quickAddSheet"
             quickAdd: root.app.quickAdd
         }
         onActiveChanged: if (!active) content.forceActiveFocus()

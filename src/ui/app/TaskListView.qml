@@ -18,6 +18,8 @@ FocusScope {
         active: root.taskList.screen === TaskListViewModel.Permission
         focus: active
         sourceComponent: PermissionScreen {
+            objectName: "permissionScreen"
+            focus: true
             taskList: root.taskList
         }
     }
@@ -26,20 +28,33 @@ FocusScope {
         active: root.taskList.screen === TaskListViewModel.Error
         focus: active
         sourceComponent: ErrorScreen {
+            objectName: "errorScreen"
+            focus: true
             taskList: root.taskList
         }
     }
     KanbanBoard {
+        objectName: "board"
         anchors.fill: parent
         focus: visible
         visible: root.showsContent && !loadingScreen.active
         board: root.app.board
+    }
+    Lazy {
+        anchors.horizontalCenter: parent.horizontalCenter
+        anchors.bottom: parent.bottom
+        anchors.bottomMargin: Math.max(Theme.laneGap, root.height / 10)
+        active: root.app.boardEmpty && root.taskList.screen === TaskListViewModel.Content
+        sourceComponent: EmptyBoardHint {
+            addCommand: root.app.commands.command("quickAdd")
+        }
     }
     Delayed {
         id: loadingScreen
         anchors.fill: parent
         wanted: root.taskList.screen === TaskListViewModel.Loading
         sourceComponent: MessageScreen {
+            objectName: "loadingScreen"
             busy: true
             title: qsTr("Loading tasks...")
             message: qsTr("Please wait while your tasks are loaded")

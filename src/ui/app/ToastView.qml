@@ -38,13 +38,8 @@ FocusScope {
         NumberAnimation { duration: Theme.move }
     }
 
-    Rectangle {
-        anchors.fill: parent
-        anchors.margins: -2
-        anchors.topMargin: 3
-        anchors.bottomMargin: -6
-        radius: Theme.controlRadius + 3
-        color: Theme.liftedShadow
+    SoftShadow {
+        radius: Theme.controlRadius
     }
     Rectangle {
         anchors.fill: parent

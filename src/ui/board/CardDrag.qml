@@ -72,7 +72,7 @@ Item {
             text: picture.count
             font.weight: Theme.headingWeight
             color: Theme.accent
-            textColor: Theme.onAccent
+            textColor: Theme.inkOnAccent
         }
     }
 }

@@ -19,7 +19,7 @@ T.Button {
     Keys.onReturnPressed: root.clicked()
     Keys.onEnterPressed: root.clicked()
 
-    readonly property color inkColor: highlighted ? Theme.onAccent : Theme.text
+    readonly property color inkColor: highlighted ? Theme.inkOnAccent : Theme.text
 
     contentItem: Item {
         implicitWidth: row.implicitWidth

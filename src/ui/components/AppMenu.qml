@@ -5,6 +5,11 @@ import QtQuick.Templates as T
 T.Menu {
     id: root
 
+    /** Leaves room for symbols before the texts. */
+    property bool hasSymbols: true
+    /** What had the focus before; a closing menu of the templates leaves it to nobody. */
+    property Item focusedBefore: null
+
     implicitWidth: Math.max(220, contentWidth + leftPadding + rightPadding)
     implicitHeight: contentHeight + topPadding + bottomPadding
     padding: 5
@@ -28,20 +33,24 @@ T.Menu {
         T.ScrollBar.vertical: AppScrollBar {}
     }
     background: Item {
-        Rectangle {
-            anchors.fill: parent
-            anchors.topMargin: 3
-            anchors.margins: -2
-            radius: Theme.windowPartRadius
-            color: Theme.liftedShadow
+        SoftShadow {
+            radius: frame.radius
         }
         Rectangle {
+            id: frame
             anchors.fill: parent
-            radius: Theme.windowPartRadius - 2
+            radius: Theme.cardRadius
             color: Theme.surface
             border.width: 1
             border.color: Theme.line
         }
+    }
+    onAboutToShow: focusedBefore = parent?.Window.activeFocusItem ?? null
+    onClosed: {
+        const window = focusedBefore?.Window.window;
+        if (window && window.activeFocusItem === window.contentItem)
+            focusedBefore.forceActiveFocus();
+        focusedBefore = null;
     }
     enter: Transition {
         NumberAnimation { property: "opacity"; from: 0; to: 1; duration: Theme.quick }

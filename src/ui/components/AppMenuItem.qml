@@ -8,7 +8,7 @@ T.MenuItem {
     property string keys: ""
     property string symbol: ""
 
-    readonly property real textInset: 26
+    readonly property real textInset: (menu as AppMenu)?.hasSymbols ?? true ? 26 : Theme.unit
 
     implicitWidth: leftPadding + textInset + label.implicitWidth + rightPadding
                    + (keysLabel.implicitWidth > 0 ? keysLabel.implicitWidth + 28 : 0)

@@ -13,7 +13,7 @@ T.TextField {
     color: Theme.text
     placeholderTextColor: Theme.faintText
     selectionColor: Theme.accent
-    selectedTextColor: Theme.onAccent
+    selectedTextColor: Theme.inkOnAccent
     selectByMouse: true
     font.family: Theme.fontFamily
     font.pixelSize: Theme.body

@@ -21,7 +21,7 @@ T.ToolTip {
         text: root.text
         font.pixelSize: Theme.small
         wrapMode: Text.Wrap
-        color: Theme.onNote
+        color: Theme.inkOnNote
     }
     background: Rectangle {
         radius: Theme.chipRadius

@@ -32,13 +32,10 @@ FocusScope {
             onWheel: wheel => wheel.accepted = true
         }
     }
-    Rectangle {
+    SoftShadow {
         anchors.fill: sheet
-        anchors.margins: -2
-        anchors.topMargin: 4
-        anchors.bottomMargin: -8
-        radius: sheet.radius + 4
-        color: Theme.liftedShadow
+        radius: sheet.radius
+        depth: 16
     }
     Rectangle {
         id: sheet

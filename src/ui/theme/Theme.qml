@@ -17,7 +17,7 @@ QtObject {
     readonly property color field: dark ? "#15171B" : "#FFFFFF"
     readonly property color hover: dark ? "#2B3038" : "#E9ECF1"
     readonly property color press: dark ? "#343A44" : "#DEE2E9"
-    readonly property color scrim: dark ? "#99000000" : "#66101418"
+    readonly property color scrim: dark ? "#80000000" : "#66101418"
 
     // Lines
     readonly property color line: dark ? "#2E333B" : "#E1E4EA"
@@ -27,7 +27,7 @@ QtObject {
     readonly property color text: dark ? "#E9ECF1" : "#1B1F26"
     readonly property color secondaryText: dark ? "#A6AEBB" : "#5B6370"
     readonly property color faintText: dark ? "#959EAD" : "#626A77"
-    readonly property color onAccent: dark ? "#0E1420" : "#FFFFFF"
+    readonly property color inkOnAccent: dark ? "#0E1420" : "#FFFFFF"
 
     // Meaning: the plain colours for symbols and lines, those called text for letters, also on a tint
     readonly property color accent: dark ? "#6E9BFF" : "#2F6BED"
@@ -50,7 +50,7 @@ QtObject {
 
     // Small dark grounds that lie above everything: hints, the sign that something is being saved
     readonly property color note: dark ? "#343A44" : "#2A2F38"
-    readonly property color onNote: dark ? "#E9ECF1" : "#FFFFFF"
+    readonly property color inkOnNote: dark ? "#E9ECF1" : "#FFFFFF"
 
     // The gauge looks the same in both schemes.
     readonly property color gaugeGround: "#2C3E50"
@@ -59,6 +59,7 @@ QtObject {
 
     // Shadows are painted: a few translucent rectangles, no effects.
     readonly property color shadow: dark ? "#50000000" : "#14101828"
+    readonly property color softShadow: dark ? "#1C000000" : "#0A101828"
     readonly property color liftedShadow: dark ? "#80000000" : "#2A101828"
 
     // Type
