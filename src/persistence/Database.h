@@ -1,7 +1,7 @@
 #pragma once
 
 #include "foundations/Date.h"
-#include "persistence/DatabaseQueue.h"
+#include "foundations/SerialQueue.h"
 #include "persistence/JournalStore.h"
 #include "persistence/StorageProblem.h"
 #include "persistence/sqlite/SqliteConnection.h"
@@ -44,7 +44,7 @@ public:
     ~Database();
     Q_DISABLE_COPY_MOVE(Database)
 
-    DatabaseQueue &queue() { return m_queue; }
+    SerialQueue &queue() { return m_queue; }
     const QString &path() const { return m_path; }
 
     /** Opens the file, moving a damaged one aside, and brings the schema up to date. */
@@ -119,7 +119,7 @@ private:
     bool m_isShortOfSpace = false;
     std::optional<QString> m_backupPath;
     /** Last: its thread has ended before the rest goes. */
-    DatabaseQueue m_queue;
+    SerialQueue m_queue{"com.vantrel.database"};
 };
 
 } // namespace vantrel

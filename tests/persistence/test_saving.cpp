@@ -1,6 +1,6 @@
 #include "foundations/Log.h"
 #include "persistence/BackgroundSaveIndicator.h"
-#include "persistence/DatabaseQueue.h"
+#include "foundations/SerialQueue.h"
 #include "persistence/InstanceLock.h"
 #include "persistence/PersistenceQueue.h"
 #include "support/Await.h"
@@ -38,7 +38,7 @@ private:
 
 void TestSaving::runsJobsInTheirOrder()
 {
-    DatabaseQueue queue;
+    SerialQueue queue("test");
     std::vector<int> order;
     QVERIFY(!queue.isCurrent());
     for (int i = 0; i < 100; ++i) {
@@ -68,7 +68,7 @@ void TestSaving::finishesEverythingBeforeItEnds()
     int done = 0;
     bool isResumed = false;
     {
-        DatabaseQueue queue;
+        SerialQueue queue("test");
         for (int i = 0; i < 50; ++i) {
             queue.async([&done] { ++done; });
         }

@@ -1,4 +1,4 @@
-#include "persistence/DatabaseQueue.h"
+#include "foundations/SerialQueue.h"
 
 #include <QCoreApplication>
 #include <QThread>
@@ -9,25 +9,23 @@ namespace vantrel {
 
 namespace {
 
-thread_local const DatabaseQueue *currentQueue = nullptr;
+thread_local const SerialQueue *currentQueue = nullptr;
 
-void nameThisThread()
+void nameThisThread(const std::string &name)
 {
-    // Linux takes at most 15 characters.
-    constexpr auto name = "vantrel.databas";
 #ifdef __APPLE__
-    pthread_setname_np("com.vantrel.database");
-    static_cast<void>(name);
+    pthread_setname_np(name.c_str());
 #else
-    pthread_setname_np(pthread_self(), name);
+    constexpr std::size_t longest = 15;
+    pthread_setname_np(pthread_self(), name.substr(0, longest).c_str());
 #endif
 }
 
 } // namespace
 
-DatabaseQueue::DatabaseQueue() : m_thread([this] { work(); }) {}
+SerialQueue::SerialQueue(std::string name) : m_name(std::move(name)), m_thread([this] { work(); }) {}
 
-DatabaseQueue::~DatabaseQueue()
+SerialQueue::~SerialQueue()
 {
     Q_ASSERT(QThread::currentThread() == m_home.thread());
     {
@@ -39,12 +37,12 @@ DatabaseQueue::~DatabaseQueue()
     QCoreApplication::sendPostedEvents(&m_home);
 }
 
-bool DatabaseQueue::isCurrent() const
+bool SerialQueue::isCurrent() const
 {
     return currentQueue == this;
 }
 
-void DatabaseQueue::async(Job job)
+void SerialQueue::async(Job job)
 {
     {
         const std::lock_guard lock(m_mutex);
@@ -53,29 +51,29 @@ void DatabaseQueue::async(Job job)
     m_changed.notify_one();
 }
 
-qsizetype DatabaseQueue::waitingJobs() const
+qsizetype SerialQueue::waitingJobs() const
 {
     const std::lock_guard lock(m_mutex);
     return static_cast<qsizetype>(m_jobs.size()) + (m_isRunningJob ? 1 : 0);
 }
 
-void DatabaseQueue::setIdleWork(std::chrono::milliseconds quiet, IdleWork work)
+void SerialQueue::setIdleWork(std::chrono::milliseconds quiet, IdleWork work)
 {
     const std::lock_guard lock(m_mutex);
     m_quiet = quiet;
     m_idleWork = std::move(work);
 }
 
-void DatabaseQueue::resumeAtHome(std::coroutine_handle<> waiter)
+void SerialQueue::resumeAtHome(std::coroutine_handle<> waiter)
 {
     QMetaObject::invokeMethod(
         &m_home, [waiter] { waiter.resume(); }, Qt::QueuedConnection);
 }
 
-void DatabaseQueue::work()
+void SerialQueue::work()
 {
     currentQueue = this;
-    nameThisThread();
+    nameThisThread(m_name);
     std::unique_lock lock(m_mutex);
     while (const std::optional<Job> job = nextJob(lock)) {
         m_isRunningJob = true;
@@ -86,7 +84,7 @@ void DatabaseQueue::work()
     }
 }
 
-std::optional<DatabaseQueue::Job> DatabaseQueue::nextJob(std::unique_lock<std::mutex> &lock)
+std::optional<SerialQueue::Job> SerialQueue::nextJob(std::unique_lock<std::mutex> &lock)
 {
     const auto isWoken = [this] {
         return m_isEnding || !m_jobs.empty();

@@ -11,6 +11,7 @@
 #include <future>
 #include <mutex>
 #include <optional>
+#include <string>
 #include <thread>
 #include <type_traits>
 #include <utility>
@@ -18,13 +19,14 @@
 namespace vantrel {
 
 /**
- * The one thread that may touch the database, "com.vantrel.database", and the line of jobs before it.
+ * A thread of its own, and the line of jobs before it: for what may be used by one thread only, such as the
+ * database's connection, and for slow work that must stay in order.
  *
  * Jobs run one at a time in the order in which they were handed over, from whatever thread. The queue belongs
  * to the thread that made it (the GUI thread): only there may run() be awaited and the queue be destroyed.
- * Destruction runs all waiting jobs, ends the thread and resumes whoever still awaits one.
+ * Destruction runs all waiting jobs, ends the thread and resumes whoever still awaits one. Jobs do not throw.
  */
-class DatabaseQueue
+class SerialQueue
 {
 public:
     using Job = std::function<void()>;
@@ -32,9 +34,10 @@ public:
      */
     using IdleWork = std::function<std::optional<std::chrono::milliseconds>()>;
 
-    DatabaseQueue();
-    ~DatabaseQueue();
-    Q_DISABLE_COPY_MOVE(DatabaseQueue)
+    /** `name` is the thread's in debuggers and lists of threads; Linux shows 15 characters of it. */
+    explicit SerialQueue(std::string name);
+    ~SerialQueue();
+    Q_DISABLE_COPY_MOVE(SerialQueue)
 
     /** True on the queue's own thread. */
     bool isCurrent() const;
@@ -81,7 +84,7 @@ private:
     /** Suspends a coroutine while its job has its turn. */
     struct Turn
     {
-        Turn(DatabaseQueue &owner, Job work) : queue(owner), job(std::move(work)) {}
+        Turn(SerialQueue &owner, Job work) : queue(owner), job(std::move(work)) {}
 
         bool await_ready() const { return false; }
         void await_suspend(std::coroutine_handle<> waiter)
@@ -93,7 +96,7 @@ private:
         }
         void await_resume() const {}
 
-        DatabaseQueue &queue;
+        SerialQueue &queue;
         Job job;
     };
 
@@ -102,6 +105,7 @@ private:
     /** The next job; nothing when the queue ends. Calls the idle work while there is none. */
     std::optional<Job> nextJob(std::unique_lock<std::mutex> &lock);
 
+    std::string m_name;
     /** Lives on the thread that made the queue; what is posted to it runs there. */
     QObject m_home;
     mutable std::mutex m_mutex;

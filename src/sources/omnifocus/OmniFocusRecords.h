@@ -1,0 +1,67 @@
+#pragma once
+
+#include "foundations/WorkItem.h"
+#include "sources/TaskManagerProtocol.h"
+
+#include <QLocale>
+
+namespace vantrel {
+
+/** Reads what the scripts answer: texts of fields separated by "|||". Pure, any thread. */
+namespace omnifocus {
+
+/** One item of a list answer; nothing for an item that has no text form. */
+using AnswerItem = std::optional<QString>;
+
+/** Reads dates as AppleScript's `as string` writes them, in one locale. */
+class AnswerDateReader
+{
+public:
+    explicit AnswerDateReader(QLocale locale);
+
+    /** Nothing unless the whole text is a date in exactly that form. */
+    std::optional<Date> read(const QString &text) const;
+
+private:
+    QLocale m_locale;
+    QStringList m_formats;
+};
+
+/** One task of an answer. */
+struct TaskRecord
+{
+    WorkItemFields fields;
+    /** Not repeating for the answer of the completed fetch, which does not tell. */
+    Recurrence recurrence;
+
+    friend bool operator==(const TaskRecord &, const TaskRecord &) = default;
+};
+
+/**
+ * The tasks of an answer to a fetch script. `now` stands in for a creation or modification date that cannot
+ * be read.
+ */
+std::vector<TaskRecord> tasksFromAnswer(const std::vector<AnswerItem> &items, const AnswerDateReader &dates,
+                                        Date now);
+
+/** Sorted by name. */
+std::vector<ProjectInfo> projectsFromAnswer(const std::vector<AnswerItem> &items);
+std::vector<TagInfo> tagsFromAnswer(const std::vector<AnswerItem> &items);
+
+/** OmniFocus's due soon window. */
+struct DueSoonSettings
+{
+    double days = 0.0;
+    /** "HH:mm:ss". */
+    QString time;
+};
+
+/** Nothing for an answer that is not days, "|", time. Days may have a decimal point or comma. */
+std::optional<DueSoonSettings> dueSoonFromAnswer(const QString &text);
+
+/** What `days` between two instances of a repeating task say of its recurrence; nothing if not positive. */
+std::optional<Recurrence> recurrenceFromDays(qint64 days);
+
+} // namespace omnifocus
+
+} // namespace vantrel

@@ -1,0 +1,14 @@
+tell application "OmniFocus"
+    tell default document
+        set allTags to flattened tags
+        set output to {}
+
+        repeat with aTag in allTags
+            set tagName to name of aTag
+            set tagID to id of aTag
+            set end of output to tagName & "|||" & tagID
+        end repeat
+
+        return output
+    end tell
+end tell

@@ -1,0 +1,4 @@
+tell application id "{omniFocusBundleID}"
+    set testValue to "PermissionCheckOK"
+    return testValue
+end tell

@@ -1,0 +1,7 @@
+tell application id "{omniFocusBundleID}"
+    try
+        {body}
+    on error errMsg
+        return "ERROR: " & errMsg
+    end try
+end tell
