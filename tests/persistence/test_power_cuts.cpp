@@ -30,12 +30,12 @@ struct Losses
 class AfterTheCut
 {
 public:
+    AfterTheCut() { m_store.close(); }
+
     void check(const DiskImage &image, const ScriptedState &before, const ScriptedState &after,
                Losses &losses)
     {
-        for (const QString &name : m_store.directory.isValid()
-                                       ? QDir(m_store.config.directory).entryList(QDir::Files)
-                                       : QStringList()) {
+        for (const QString &name : QDir(m_store.config.directory).entryList(QDir::Files)) {
             QFile::remove(m_store.config.filePath(name));
         }
         for (auto file = image.constBegin(); file != image.constEnd(); ++file) {
@@ -49,8 +49,6 @@ public:
         losses.wrong += found == before || found == after ? 0 : 1;
         m_store.close();
     }
-
-    AfterTheCut() { m_store.close(); }
 
 private:
     TestStore m_store;
@@ -67,10 +65,14 @@ Losses cutPowerOften(bool ignoresSyncs)
         if (ignoresSyncs) {
             vfs.ignoreSyncs();
         }
+        // The log may be brought in at any pause, while the images of the last step are looked at.
+        QMutex mutex;
         std::vector<DiskImage> images;
+        vfs.setObserver([&] {
+            const QMutexLocker lock(&mutex);
+            images.push_back(vfs.cutPower(random));
+        });
         TestStore store(vfs.name());
-        await(store->drained());
-        vfs.setObserver([&] { images.push_back(vfs.cutPower(random)); });
         StoreScript script(seed);
         for (int step = 0; step < 60; ++step) {
             const ScriptedState before = script.state();
@@ -86,12 +88,18 @@ Losses cutPowerOften(bool ignoresSyncs)
                 QTest::qWait(400);
                 await(store->drained());
             }
-            for (const DiskImage &image : images) {
+            std::vector<DiskImage> imagesOfStep;
+            DiskImage acknowledged;
+            {
+                const QMutexLocker lock(&mutex);
+                imagesOfStep.swap(images);
+                acknowledged = vfs.cutPower(random);
+            }
+            for (const DiskImage &image : imagesOfStep) {
                 afterTheCut.check(image, before, script.state(), losses);
             }
-            images.clear();
             // Of what has been acknowledged nothing may go, whenever the power does.
-            afterTheCut.check(vfs.cutPower(random), script.state(), script.state(), losses);
+            afterTheCut.check(acknowledged, script.state(), script.state(), losses);
         }
         store.close();
     }

@@ -70,6 +70,7 @@ struct VfsMethods
     static int write(sqlite3_file *file, const void *bytes, int count, sqlite3_int64 offset)
     {
         return writing(*handle(file).owner, [&] {
+            const QMutexLocker lock(&handle(file).owner->m_mutex);
             if (handle(file).file) {
                 const QByteArray copy(static_cast<const char *>(bytes), count);
                 handle(file).file->unsynced.push_back({offset, count, copy});
@@ -81,6 +82,7 @@ struct VfsMethods
     static int truncate(sqlite3_file *file, sqlite3_int64 size)
     {
         return writing(*handle(file).owner, [&] {
+            const QMutexLocker lock(&handle(file).owner->m_mutex);
             if (handle(file).file) {
                 handle(file).file->unsynced.push_back({-1, size, {}});
             }
@@ -92,6 +94,7 @@ struct VfsMethods
     {
         FaultyVfs &vfs = *handle(file).owner;
         return writing(vfs, [&] {
+            const QMutexLocker lock(&vfs.m_mutex);
             if (FaultyVfs::File *const watched = handle(file).file; watched && !vfs.m_ignoresSyncs) {
                 for (const FaultyVfs::Change &change : watched->unsynced) {
                     FaultyVfs::apply(watched->synced, change, nullptr);
@@ -170,6 +173,7 @@ int VfsMethods::open(sqlite3_vfs *vfs, sqlite3_filename path, sqlite3_file *file
     opened.file = nullptr;
     const int code = defaultVfs()->xOpen(defaultVfs(), path, opened.real(), flags, outFlags);
     if (code == SQLITE_OK) {
+        const QMutexLocker lock(&faulty.m_mutex);
         opened.base.pMethods = &FaultyFileMethods;
         if (path && (flags & (SQLITE_OPEN_MAIN_DB | SQLITE_OPEN_WAL | SQLITE_OPEN_MAIN_JOURNAL)) != 0) {
             opened.file = &faulty.m_files[nameOf(path)];
@@ -185,6 +189,7 @@ int VfsMethods::remove(sqlite3_vfs *vfs, const char *path, int syncFolder)
 {
     FaultyVfs &faulty = owner(vfs);
     return writing(faulty, [&] {
+        const QMutexLocker lock(&faulty.m_mutex);
         if (syncFolder != 0) {
             faulty.m_files.erase(nameOf(path));
         } else if (const auto file = faulty.m_files.find(nameOf(path)); file != faulty.m_files.end()) {
@@ -273,6 +278,7 @@ void FaultyVfs::apply(QByteArray &content, const Change &change, std::mt19937 *r
 
 DiskImage FaultyVfs::cutPower(std::mt19937 &random) const
 {
+    const QMutexLocker lock(&m_mutex);
     DiskImage image;
     // Whole changes may be on the disk or not, and a part of the cuts tears each of them besides.
     const bool tears = random() % 2 == 0;

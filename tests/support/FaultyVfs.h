@@ -23,8 +23,8 @@ using DiskImage = QHash<QString, QByteArray>;
  * A file system for SQLite that fails on command, and that knows what would be left after a power cut.
  *
  * Reading and writing go to real files. Besides, it keeps for each file what was synced, and what was written
- * since: of that, a cut keeps any part, sector by sector. One instance, one database at a time; its hooks run
- * on the thread that uses the database.
+ * since: of that, a cut keeps any part, sector by sector. One instance, one database at a time; failures may
+ * be ordered and the power cut on any thread.
  */
 class FaultyVfs
 {
@@ -49,7 +49,7 @@ public:
     /** Syncs are not carried out, as under "PRAGMA synchronous = OFF". */
     void ignoreSyncs() { m_ignoresSyncs = true; }
 
-    /** Called before and after each writing call. */
+    /** Called before and after each writing call, on the database's thread. */
     void setObserver(std::function<void()> observer) { m_observer = std::move(observer); }
 
     /** One of the disks that a power cut at this moment may leave. */
@@ -78,12 +78,12 @@ private:
 
     QByteArray m_name;
     std::unique_ptr<sqlite3_vfs> m_vfs;
-    /** Open files point into it. */
-    std::map<QString, File> m_files;
     std::function<void()> m_observer;
     bool m_ignoresSyncs = false;
-    /** Guards what follows: failures are ordered on one thread and met on another. */
+    /** Guards what follows: the test's thread asks and orders, the database's reads and writes. */
     mutable QMutex m_mutex;
+    /** Open files point into it. */
+    std::map<QString, File> m_files;
     Calls m_failingCalls = Calls::Writing;
     /** Counts down; the call that finds 1 fails. */
     int m_callsToFailure = 0;
