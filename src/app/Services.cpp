@@ -46,6 +46,7 @@ Services::Services(const AppConfig &appConfig, const Ports &ports)
                                        .toasts = toasts,
                                        .screen = ports.screen})),
       blocking(*board, persistence, repository, notifications),
+      wipMonitoring(*board, notifications, toasts),
       storageNotices(persistence, defaults, toasts)
 {
 }

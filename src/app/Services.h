@@ -3,6 +3,7 @@
 #include "app/StorageNotices.h"
 #include "board/BoardState.h"
 #include "board/TaskBlockingManager.h"
+#include "board/WIPMonitoringModifiers.h"
 #include "feedback/Announcer.h"
 #include "feedback/DesktopAppearance.h"
 #include "feedback/DesktopPorts.h"
@@ -95,6 +96,7 @@ struct Services
     /** The program's board. Loading begins at once. */
     std::unique_ptr<BoardState> board;
     TaskBlockingManager blocking;
+    WIPMonitoringModifiers wipMonitoring;
     StorageNotices storageNotices;
 
 private:

@@ -3,6 +3,9 @@
 #include <QCoreApplication>
 #include <QThread>
 
+#include <string>
+#include <string_view>
+
 #include <pthread.h>
 
 namespace vantrel {
@@ -13,7 +16,7 @@ thread_local const SerialQueue *currentQueue = nullptr;
 
 void nameThisThread(const std::string &name)
 {
-#ifdef __APPLE__
+#ifdef Q_OS_DARWIN
     pthread_setname_np(name.c_str());
 #else
     constexpr std::size_t longest = 15;

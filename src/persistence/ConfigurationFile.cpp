@@ -20,24 +20,32 @@ struct Form;
 template <>
 struct Form<Column>
 {
-    static constexpr QStringView Word = u"board";
+    static constexpr QStringView Loaded = u"Loaded board configuration from: ";
+    static constexpr QStringView NotLoaded = u"Failed to load board configuration: ";
+    static constexpr QStringView Saved = u"Saved board configuration to: ";
+    static constexpr QStringView NotSaved = u"Failed to write board configuration: ";
+
     static QByteArray encode(const std::vector<Column> &columns) { return encodeColumns(columns); }
     static DecodedRecords<Column> decode(const QByteArray &json) { return decodeColumns(json); }
     static void logMissing() {}
-    static void logLoaded(const QString &line) { log::debug(line); }
+    static void logLoaded(const QString &path) { log::debug(Loaded + path); }
 };
 
 template <>
 struct Form<SwimLane>
 {
-    static constexpr QStringView Word = u"swimlane";
+    static constexpr QStringView Loaded = u"Loaded swimlane configuration from: ";
+    static constexpr QStringView NotLoaded = u"Failed to load swimlane configuration: ";
+    static constexpr QStringView Saved = u"Saved swimlane configuration to: ";
+    static constexpr QStringView NotSaved = u"Failed to write swimlane configuration: ";
+
     static QByteArray encode(const std::vector<SwimLane> &lanes) { return encodeSwimLanes(lanes); }
     static DecodedRecords<SwimLane> decode(const QByteArray &json) { return decodeSwimLanes(json); }
     static void logMissing()
     {
         log::info(QStringLiteral("No saved swimlane configuration found, using default"));
     }
-    static void logLoaded(const QString &line) { log::info(line); }
+    static void logLoaded(const QString &path) { log::info(Loaded + path); }
 };
 
 } // namespace
@@ -70,7 +78,7 @@ std::optional<std::vector<Record>> ConfigurationFile<Record>::load(bool forceFre
         return handleUnreadable(decoded.records ? file.errorString() : decoded.error);
     }
     m_mustNotSave = false;
-    RecordForm::logLoaded(u"Loaded " + RecordForm::Word + u" configuration from: " + m_path);
+    RecordForm::logLoaded(m_path);
     if (separateDuplicates(*decoded.records)) {
         log::warning(u"Records of the same identity in " + m_path + u": the later ones get a new one");
         save(*decoded.records);
@@ -94,13 +102,13 @@ bool ConfigurationFile<Record>::save(const std::vector<Record> &records)
     }
     const FileOutcome outcome = m_saver.save(m_path, Form<Record>::encode(records));
     if (!outcome.isOk()) {
-        log::error(u"Failed to write " + Form<Record>::Word + u" configuration: " + outcome.error);
+        log::error(Form<Record>::NotSaved + outcome.error);
         report(StorageProblem::Kind::ConfigurationNotSaved, outcome.error, {});
         return false;
     }
     m_isUnsaved = false;
     m_isKeptAside = false;
-    log::info(u"Saved " + Form<Record>::Word + u" configuration to: " + m_path);
+    log::info(Form<Record>::Saved + m_path);
     return true;
 }
 
@@ -135,7 +143,7 @@ void ConfigurationFile<Record>::setCache(std::optional<std::vector<Record>> reco
 template <typename Record>
 std::optional<std::vector<Record>> ConfigurationFile<Record>::handleUnreadable(const QString &reason)
 {
-    log::error(u"Failed to load " + Form<Record>::Word + u" configuration: " + reason);
+    log::error(Form<Record>::NotLoaded + reason);
     if (std::exchange(m_isKeptAside, true)) {
         return std::nullopt;
     }

@@ -1,10 +1,6 @@
 #include "persistence/Database.h"
 
 #include "foundations/Log.h"
-#include "persistence/DatabaseSchema.h"
-
-#include <QFile>
-#include <QRegularExpression>
 
 #include <sqlite3.h>
 
@@ -13,28 +9,16 @@
 
 namespace vantrel {
 
-using namespace Qt::StringLiterals;
-
 namespace {
 
 constexpr std::chrono::milliseconds QuietBeforeIdleWork{300};
 constexpr std::chrono::seconds PauseBeforeRetry{5};
-constexpr int BusyTimeoutMilliseconds = 5000;
 
-/** True if a finding of quick_check tells of a disk that did not answer rather than of a damaged file. */
-bool hasReadFailure(const QString &finding)
-{
-    static const QRegularExpression unreadPage(
-        u"unable to get the page. error code=(\\d+)|failed to get page"_s);
-    for (auto matches = unreadPage.globalMatch(finding); matches.hasNext();) {
-        constexpr int primaryCodeMask = 0xFF;
-        const int code = matches.next().captured(1).toInt() & primaryCodeMask;
-        if (code != SQLITE_CORRUPT && code != SQLITE_NOTADB) {
-            return true;
-        }
-    }
-    return false;
-}
+/** By the alternatives of SqlValue. */
+constexpr std::array<QStringView, 5> BindFailures{
+    u"Failed to bind null parameter: ", u"Failed to bind string parameter: ",
+    u"Failed to bind int parameter: ", u"Failed to bind double parameter: ",
+    u"Failed to bind date parameter: "};
 
 } // namespace
 
@@ -47,100 +31,6 @@ Database::Database(QString path, QByteArray vfsName, Listener listener)
 Database::~Database()
 {
     m_queue.sync([this] { close(); });
-}
-
-void Database::open(Date now)
-{
-    close();
-    m_moment = now;
-    Health health = openConnection();
-    if (health == Health::Unreadable) {
-        health = openConnection();
-    }
-    if (health == Health::Damaged) {
-        log::error(u"The database is damaged: " + m_connection.failureMessage());
-        health = moveDamagedFileAside(now) ? openConnection() : Health::Unreadable;
-    }
-    if (health == Health::Sound) {
-        configure();
-        createTables(m_connection);
-    }
-    if (health != Health::Sound || !hasTables(m_connection)) {
-        log::error(u"Failed to open SQLite database: " + m_connection.failureMessage());
-        report(StorageProblem::Kind::DatabaseNotOpened,
-               tr("%1 could not be opened: %2. Nothing is saved until the program is started again.")
-                   .arg(m_path, failureReason()),
-               true);
-        m_connection.close();
-        return;
-    }
-    m_journal.begin();
-}
-
-Database::Health Database::openConnection()
-{
-    if (!m_connection.open(m_path, m_vfsName)) {
-        return Health::Unreadable;
-    }
-    sqlite3_busy_timeout(m_connection.handle(), BusyTimeoutMilliseconds);
-    return check();
-}
-
-Database::Health Database::check()
-{
-    // Only what the board cannot do without: the journal grows for years, and may be lost.
-    SqliteStatement check =
-        m_connection.prepare("SELECT quick_check FROM sqlite_schema, pragma_quick_check(name) "
-                             "WHERE type = 'table' AND name IN ('taskPositions', "
-                             "'eisenhowerAssignments', 'plainTextTasks')");
-    while (check.step()) {
-        if (const QString finding = check.text(0); finding != u"ok") {
-            m_connection.fail({hasReadFailure(finding) ? SQLITE_IOERR : SQLITE_CORRUPT, finding});
-            break;
-        }
-    }
-    if (!m_connection.failure()) {
-        return Health::Sound;
-    }
-    const int code = m_connection.failure()->code;
-    return code == SQLITE_CORRUPT || code == SQLITE_NOTADB ? Health::Damaged : Health::Unreadable;
-}
-
-bool Database::moveDamagedFileAside(Date now)
-{
-    // What the log file of SQLite still holds belongs to the evidence and must not be written back.
-    sqlite3_db_config(m_connection.handle(), SQLITE_DBCONFIG_NO_CKPT_ON_CLOSE, 1, nullptr);
-    m_connection.close();
-    const QString aside = siblingPath(u"damaged", now);
-    if (!QFile::rename(m_path, aside)) {
-        return false;
-    }
-    for (const QStringView suffix : {u"-wal", u"-shm", u"-journal"}) {
-        QFile::rename(m_path + suffix, aside + suffix);
-    }
-    report(StorageProblem::Kind::DatabaseDamaged,
-           tr("%1 is damaged. It is kept as %2, and a new one has been begun.").arg(m_path, aside), true);
-    return true;
-}
-
-void Database::configure()
-{
-    if (!m_connection.execute("PRAGMA foreign_keys = ON;")) {
-        log::warning(QStringLiteral("Failed to enable foreign keys"));
-    }
-    // Every commit is on the disk before it counts as done. EXTRA, set before the change to WAL, also keeps
-    // the journal of that change from coming back after a power cut; with WAL it is what FULL is. What the
-    // log of SQLite has gathered is brought into the database when nobody waits, and within a write only if
-    // there was no pause for very long.
-    for (const char *pragma : {"PRAGMA synchronous = EXTRA", "PRAGMA journal_mode = WAL",
-                               "PRAGMA cache_size = -65536", "PRAGMA temp_store = MEMORY",
-                               "PRAGMA wal_autocheckpoint = 16384", "PRAGMA journal_size_limit = 4194304"}) {
-        m_connection.execute(pragma);
-    }
-    if (sqlite3_db_readonly(m_connection.handle(), "main") == 1) {
-        report(StorageProblem::Kind::FolderNotWritable,
-               tr("%1 cannot be written to. Changes last only until the program ends.").arg(m_path), true);
-    }
 }
 
 void Database::close()
@@ -179,9 +69,7 @@ bool Database::executeSQL(const char *sql, const std::vector<SqlValue> &paramete
         const bool isBound =
             std::visit([&](const auto &value) { return statement.bind(place, value); }, parameter);
         if (!isBound) {
-            static constexpr std::array typeNames{"null", "string", "int", "double", "date"};
-            log::error(u"Failed to bind " + QLatin1StringView(typeNames.at(parameter.index())) +
-                       u" parameter: " + m_connection.failureMessage());
+            log::error(BindFailures.at(parameter.index()) + m_connection.failureMessage());
             return false;
         }
     }
@@ -210,6 +98,7 @@ Database::Attempt Database::writeBacklog()
         if (result == Attempt::Postponed) {
             return result;
         }
+        m_hasToldOfRefused = result == Attempt::Refused;
         m_backlog.pop_front();
         --m_backlogSize;
     }
@@ -270,6 +159,8 @@ bool Database::hasPassingFailure() const
     case SQLITE_CANTOPEN:
     case SQLITE_PROTOCOL:
         return true;
+    case SQLITE_READONLY:
+        return !m_isReadOnly;
     default:
         return false;
     }
@@ -283,7 +174,7 @@ void Database::reportWriteFailure(Attempt result)
                    .arg(m_path, failureReason()),
                false);
     }
-    if (result == Attempt::Refused && m_connection.failure()) {
+    if (result == Attempt::Refused && m_connection.failure() && !m_hasToldOfRefused) {
         report(StorageProblem::Kind::WriteFailed,
                tr("A change could not be saved to %1: %2.").arg(m_path, failureReason()), true);
     }
@@ -303,30 +194,6 @@ std::optional<std::chrono::milliseconds> Database::workWhenIdle()
         m_connection.execute("PRAGMA wal_checkpoint(PASSIVE)");
     }
     return std::nullopt;
-}
-
-std::optional<QString> Database::backUp(Date now)
-{
-    if (m_backupPath) {
-        return m_backupPath;
-    }
-    const QString path = siblingPath(u"backup", now);
-    SqliteConnection copy;
-    if (!isOpen() || !copy.open(path, m_vfsName)) {
-        return std::nullopt;
-    }
-    sqlite3_backup *backup = sqlite3_backup_init(copy.handle(), "main", m_connection.handle(), "main");
-    constexpr int allPages = -1;
-    const bool isCopied = sqlite3_backup_step(backup, allPages) == SQLITE_DONE;
-    const bool isFinished = sqlite3_backup_finish(backup) == SQLITE_OK;
-    copy.close();
-    if (!isCopied || !isFinished) {
-        log::error(u"The database could not be copied to " + path);
-        QFile::remove(path);
-        return std::nullopt;
-    }
-    m_backupPath = path;
-    return path;
 }
 
 void Database::report(StorageProblem::Kind kind, const QString &message, bool isPermanent)
@@ -350,17 +217,6 @@ QString Database::failureReason() const
     default:
         return m_connection.failureMessage();
     }
-}
-
-QString Database::siblingPath(QStringView label, Date now) const
-{
-    const QString stem =
-        m_path + u'.' + label + u'-' + now.toDateTime().toString(QStringLiteral("yyyyMMdd-HHmmss"));
-    QString path = stem;
-    for (int attempt = 2; QFile::exists(path); ++attempt) {
-        path = stem + u'-' + QString::number(attempt);
-    }
-    return path;
 }
 
 } // namespace vantrel

@@ -114,6 +114,9 @@ private:
     std::deque<Waiting> m_backlog;
     std::atomic<qsizetype> m_backlogSize = 0;
     bool m_hasToldOfPostponed = false;
+    bool m_hasToldOfRefused = false;
+    /** The file could not be written to when it was opened: there is no use in trying again. */
+    bool m_isReadOnly = false;
     bool m_hasUncheckpointedWrites = false;
     /** The disk was found full: SQLite's own log is kept small until all is quiet again. */
     bool m_isShortOfSpace = false;

@@ -35,12 +35,12 @@ void createTable(SqliteConnection &connection, const char *sql, const QString &s
     }
 }
 
-void addColumn(SqliteConnection &connection, const char *sql, const QString &name)
+void addColumn(SqliteConnection &connection, const char *sql, const QString &success, const QString &failure)
 {
     if (connection.execute(sql)) {
-        log::info(u"Added " + name + u" column to plainTextTasks table");
+        log::info(success);
     } else {
-        log::warning(u"Failed to add " + name + u" column (it might already exist)");
+        log::warning(failure);
     }
 }
 
@@ -65,11 +65,13 @@ void migrateDatabase(SqliteConnection &connection)
     log::info(QStringLiteral("Database needs migration to add new columns"));
     if (!hasHashtags) {
         addColumn(connection, "ALTER TABLE plainTextTasks ADD COLUMN hashtags TEXT;",
-                  QStringLiteral("hashtags"));
+                  QStringLiteral("Added hashtags column to plainTextTasks table"),
+                  QStringLiteral("Failed to add hashtags column (it might already exist)"));
     }
     if (!hasOriginalText) {
         addColumn(connection, "ALTER TABLE plainTextTasks ADD COLUMN originalText TEXT;",
-                  QStringLiteral("originalText"));
+                  QStringLiteral("Added originalText column to plainTextTasks table"),
+                  QStringLiteral("Failed to add originalText column (it might already exist)"));
     }
     log::info(QStringLiteral("Database migration completed"));
 }

@@ -39,6 +39,14 @@ int clampedToInt(qint64 number)
 
 } // namespace
 
+std::string selectPositions(std::string_view rest)
+{
+    constexpr std::string_view select =
+        "SELECT id, columnId, position, lastUpdated, stableColumnId, swimLaneId, "
+        "stableSwimLaneId, isBlocked, blockReason FROM taskPositions ";
+    return std::string(select).append(rest);
+}
+
 const PositionRowReader::Decoded &PositionRowReader::decoded(int column)
 {
     const QByteArrayView utf8 = m_query.utf8(column);

@@ -6,12 +6,13 @@
 #include <QByteArray>
 #include <QHash>
 
+#include <string>
+#include <string_view>
+
 namespace vantrel {
 
-/** The columns of taskPositions in the order in which PositionRowReader expects them. */
-#define VANTREL_POSITION_COLUMNS                                                                             \
-    "id, columnId, position, lastUpdated, stableColumnId, swimLaneId, stableSwimLaneId, isBlocked, "         \
-    "blockReason"
+/** A query of the columns that PositionRowReader reads; `rest` is what follows the name of the table. */
+std::string selectPositions(std::string_view rest = {});
 
 /** Reads the rows of one query of taskPositions. Texts that repeat from row to row are decoded once. */
 class PositionRowReader

@@ -12,7 +12,6 @@ namespace vantrel {
 
 namespace {
 
-constexpr auto SelectAll = "SELECT " VANTREL_POSITION_COLUMNS " FROM taskPositions";
 constexpr auto CountAll = "SELECT count(*) FROM taskPositions";
 constexpr auto SelectDefaultSwimLane =
     "SELECT swimLaneId FROM taskPositions WHERE stableSwimLaneId = 'default_swimlane' AND swimLaneId <> '' "
@@ -102,28 +101,6 @@ bool needsRepair(const std::vector<PersistentTaskPosition> &rows, ColumnId colum
 
 } // namespace
 
-PlaceFilter PlaceFilter::forCell(ColumnId columnId, std::optional<SwimLaneId> swimLaneId,
-                                 const StableIdMappings &stableIds)
-{
-    const QString stableColumn = stableIds.columns.value(columnId);
-    const QString stableLane = swimLaneId ? stableIds.swimLanes.value(*swimLaneId) : QString();
-    if (!stableColumn.isEmpty() && !stableLane.isEmpty()) {
-        return {"stableColumnId = ? AND stableSwimLaneId = ?",
-                {stableColumn, stableLane},
-                u"Using stable IDs for query: column " + stableColumn + u", swimlane " + stableLane};
-    }
-    if (!stableColumn.isEmpty()) {
-        return {"stableColumnId = ?", {stableColumn}, u"Using stable column ID for query: " + stableColumn};
-    }
-    if (swimLaneId) {
-        return {"columnId = ? AND swimLaneId = ?",
-                {columnId.text(), swimLaneId->text()},
-                u"Using UUID values for query: column " + columnId.text() + u", swimlane " +
-                    swimLaneId->text()};
-    }
-    return {"columnId = ?", {columnId.text()}, u"Using column UUID for query: " + columnId.text()};
-}
-
 SqliteConnection &PositionStore::connection()
 {
     return m_database.connection();
@@ -153,7 +130,7 @@ std::optional<std::vector<PersistentTaskPosition>> PositionStore::readAll()
     if (SqliteStatement count = connection().prepare(CountAll); count.step()) {
         rows.reserve(static_cast<std::size_t>(count.integer(0)));
     }
-    SqliteStatement query = connection().prepare(SelectAll);
+    SqliteStatement query = connection().prepare(selectPositions().c_str());
     if (!query.isPrepared()) {
         log::error(u"Failed to prepare query for all task positions: " + connection().failureMessage());
         return std::nullopt;
@@ -178,16 +155,13 @@ PositionStore::loadAndRepair(const PlaceFilter &filter, ColumnId columnId,
     log::debug(filter.description);
     std::vector<PersistentTaskPosition> rows;
     {
-        const std::string sql = "SELECT " VANTREL_POSITION_COLUMNS " FROM taskPositions WHERE " +
-                                filter.where + " ORDER BY position, rowid";
+        const std::string sql = selectPositions("WHERE " + filter.where + " ORDER BY position, rowid");
         SqliteStatement query = connection().prepare(sql.c_str());
         if (!query.isPrepared()) {
             log::error(u"Failed to prepare query for task positions: " + connection().failureMessage());
             return std::nullopt;
         }
-        for (int i = 0; i < filter.parameters.size(); ++i) {
-            query.bind(i + 1, filter.parameters.at(i));
-        }
+        filter.bindTo(query);
         PositionRowReader reader(query);
         while (query.step()) {
             if (std::optional<PersistentTaskPosition> row = reader.read()) {
@@ -237,9 +211,7 @@ std::optional<int> PositionStore::nextPosition(const PlaceFilter &filter)
     const std::string sql =
         "SELECT max(count(*), ifnull(max(position), -1) + 1) FROM taskPositions WHERE " + filter.where;
     SqliteStatement query = connection().prepare(sql.c_str());
-    for (int i = 0; i < filter.parameters.size(); ++i) {
-        query.bind(i + 1, filter.parameters.at(i));
-    }
+    filter.bindTo(query);
     return query.step() ? std::optional(static_cast<int>(query.integer(0))) : std::nullopt;
 }
 

@@ -1,31 +1,18 @@
 #pragma once
 
 #include "foundations/TaskPosition.h"
-#include "persistence/BoardMemory.h"
+#include "persistence/PlaceFilter.h"
 #include "persistence/sqlite/SqliteConnection.h"
 
 #include <QSet>
 #include <QStringList>
 
-#include <string>
 #include <vector>
 
 namespace vantrel {
 
 class Database;
 class PositionRowWriter;
-
-/** Which rows of taskPositions a lookup means, and how. */
-struct PlaceFilter
-{
-    std::string where;
-    QStringList parameters;
-    QString description;
-
-    /** By the stable ids of the column and the swimlane where they have one, else by their UUIDs. */
-    static PlaceFilter forCell(ColumnId columnId, std::optional<SwimLaneId> swimLaneId,
-                               const StableIdMappings &stableIds);
-};
 
 /**
  * The table `taskPositions`: where tasks stand. Owned by PersistenceManager; every operation is for jobs of
