@@ -64,8 +64,10 @@ void BoardState::followManagers()
     };
     followSwimLanes();
     connect(&m_swimLaneManager, &SwimLaneManager::swimLanesChanged, this, followSwimLanes);
-    connect(&m_columnManager, &ColumnManager::columnsChanged, this,
-            &BoardState::invalidateDerivedCollections);
+    connect(&m_columnManager, &ColumnManager::columnsChanged, this, [this] {
+        restartOrganization();
+        invalidateDerivedCollections();
+    });
     connect(&m_filterManager, &FilterManager::filtersChanged, this, [this] {
         ++m_filterRevision;
         invalidateDerivedCollections();

@@ -287,6 +287,7 @@ private:
     // Organisation
 
     QCoro::Task<> continueOrganizeTasks(quint64 number, TaskSources answered);
+    void restartOrganization();
     void noteWhetherStoreWasRead(bool wasRead);
     void clearFocusOfVanishedTask();
 

@@ -68,8 +68,6 @@ struct BoardState::OrganizationRun
     QSet<QString> blockedTaskIds;
     QHash<QString, QString> blockReasons;
     PriorityManager::Assignments priorities;
-    /** Tasks that the user changed meanwhile and that had no place to keep. */
-    std::vector<TaskPosition> placedBesides;
 
     OrganizationRun(BoardState &owner, TaskSources answeredSources, const BoardMemory &memory)
         : board(owner),
@@ -82,10 +80,10 @@ struct BoardState::OrganizationRun
     }
 
     Question question(BoardMemory memory) const;
-    void apply(Answer &answer);
+    void apply(Answer &answer) const;
     void applyTaskProperties() const;
     void syncEisenhowerPriorities() const;
-    void applyPlacements(const Answer &answer);
+    void applyPlacements(const Answer &answer) const;
     void removeStaleRows(const Answer &answer) const;
     void saveAllTaskPositions(Answer &answer) const;
     void finalizeOrganization() const;
@@ -167,6 +165,20 @@ QCoro::Task<> BoardState::continueOrganizeTasks(quint64 number, TaskSources answ
     run.finalizeOrganization();
 }
 
+/** A run under way may put tasks into a column that is gone. The next one reads what that change stores. */
+void BoardState::restartOrganization()
+{
+    if (!m_isOrganizing) {
+        return;
+    }
+    const quint64 number = ++m_organizationRun;
+    m_services.clock.soon(this, [this, number] {
+        if (m_organizationRun == number) {
+            organizeTasks(m_placements.tasks(), m_lastAnswered);
+        }
+    });
+}
+
 void BoardState::noteWhetherStoreWasRead(bool wasRead)
 {
     if (!wasRead) {
@@ -198,7 +210,7 @@ Question BoardState::OrganizationRun::question(BoardMemory memory) const
 }
 
 /** In one turn of the event loop: between these steps the board is not to be seen. */
-void BoardState::OrganizationRun::apply(Answer &answer)
+void BoardState::OrganizationRun::apply(Answer &answer) const
 {
     applyTaskProperties();
     syncEisenhowerPriorities();
@@ -245,7 +257,7 @@ void BoardState::OrganizationRun::syncEisenhowerPriorities() const
     log::debug(u"Synced Eisenhower priorities for %1 tasks"_s.arg(tasks.size()));
 }
 
-void BoardState::OrganizationRun::applyPlacements(const Answer &answer)
+void BoardState::OrganizationRun::applyPlacements(const Answer &answer) const
 {
     Placements &placements = board.m_placements;
     for (const TaskPosition &place : answer.changed) {
@@ -254,9 +266,6 @@ void BoardState::OrganizationRun::applyPlacements(const Answer &answer)
             continue;
         }
         placements.set(place);
-        if (wasTouched(place.taskId)) {
-            placedBesides.push_back(place);
-        }
     }
     for (const QString &id : answer.displaced) {
         if (!wasTouched(id)) {
@@ -287,7 +296,8 @@ void BoardState::OrganizationRun::removeStaleRows(const Answer &answer) const
     board.m_services.persistence.deleteTaskPositions(ids);
 }
 
-/** Rows of tasks that the user changed meanwhile are left out: their operations have stored them. */
+/** What is not to be written as it was read, because the user has changed the task, is stored as it stands.
+ */
 void BoardState::OrganizationRun::saveAllTaskPositions(Answer &answer) const
 {
     log::info(u"Re-saving all task positions to ensure database consistency"_s);
@@ -295,13 +305,21 @@ void BoardState::OrganizationRun::saveAllTaskPositions(Answer &answer) const
         return;
     }
     log::info(u"Batch saving %1 task positions across all columns and swimlanes"_s.arg(answer.rowCount));
-    std::erase_if(answer.rowsToWrite,
-                  [this](const PersistentTaskPosition &row) { return wasTouched(row.id); });
+    QSet<CellId> touchedCells;
+    std::erase_if(answer.rowsToWrite, [this, &touchedCells](const PersistentTaskPosition &row) {
+        if (!wasTouched(row.id)) {
+            return false;
+        }
+        if (const TaskPosition *place = board.m_placements.find(row.id)) {
+            touchedCells.insert(board.m_placements.shownCell(*place));
+        }
+        return true;
+    });
     if (!answer.rowsToWrite.empty()) {
         board.m_services.persistence.batchSaveTaskPositions(std::move(answer.rowsToWrite), answer.rowCount);
     }
-    if (!placedBesides.empty()) {
-        board.m_services.persistence.batchSaveTaskPositions(placedBesides);
+    for (const CellId cell : touchedCells) {
+        board.updateTaskPositions(cell.column, cell.swimLane);
     }
 }
 

@@ -3,6 +3,7 @@
 #include "foundations/NotificationNames.h"
 #include "foundations/OmniFocusTask.h"
 #include "foundations/ReminderWorkItem.h"
+#include "support/Await.h"
 #include "support/RawDatabase.h"
 #include "support/TestRegistry.h"
 
@@ -49,6 +50,8 @@ private Q_SLOTS:
     void aSecondBoardTouchesNothing();
     void ofTwoTasksWithOneIdTheFirstCounts();
     void aCardMovedDuringARefreshStays();
+    void aCardWhoseRowIsHealedMayBeMovedMeanwhile();
+    void aColumnRemovedDuringARefreshTakesNoTask();
     void aCardMovedJustBeforeARefreshStays();
     void theLastOfSeveralRefreshesCounts();
     void aTaskDeletedDuringARefreshStaysDeleted();
@@ -107,6 +110,7 @@ void TestOrganisation::onlyAnAnswerEmptiesTheStore()
     QCOMPARE(board.storedIds(), u"omni"_s);
     board.organize({});
     QCOMPARE(board.storedIds(), QString());
+    QCOMPARE(board->taskPositions().count(), 0);
 }
 
 /** Every card would go to the first column, and be stored there over the rows that could not be read. */
@@ -135,12 +139,13 @@ void TestOrganisation::aStoreThatCannotBeReadIsLeftAlone()
 void TestOrganisation::aSecondBoardTouchesNothing()
 {
     TestBoard board;
-    const BoardState other(board.services(), {}, BoardState::Observes::Nothing);
+    const BoardState other(board.services(), makeTasks(u"a"_s), BoardState::Observes::Nothing);
+    board.settle();
     board.organize(makeTasks(u"a b"_s));
     board->assignEisenhowerPriority(u"a"_s, EisenhowerPriority::Schedule);
     board.settle();
     QCOMPARE(board.storedIds(), u"a b"_s);
-    QCOMPARE(other.taskCount(), 0);
+    QCOMPARE(board.store->loadAllEisenhowerPriorities().size(), 1);
 }
 
 void TestOrganisation::ofTwoTasksWithOneIdTheFirstCounts()
@@ -169,6 +174,36 @@ void TestOrganisation::aCardMovedDuringARefreshStays()
     board.organize(makeTasks(u"a b c d"_s));
     QCOMPARE(board.cell(board.doing()), u"b"_s);
     QCOMPARE(board.cell(board.todo()), u"c a d"_s);
+}
+
+/** The refresh would heal the row that it has read, over the move. */
+void TestOrganisation::aCardWhoseRowIsHealedMayBeMovedMeanwhile()
+{
+    TestBoard board;
+    board.organize(makeTasks(u"a b"_s));
+    board.store->saveTaskPosition(u"b"_s, board.todo(), 9, board.first());
+    board->updateTasks(makeTasks(u"a b n"_s));
+    board->moveTask(board->task(u"b"_s), board.doing());
+    board->moveTask(board->task(u"n"_s), board.doing(), {}, 0);
+    board.settle();
+    QCOMPARE(board.cell(board.doing()), u"n b"_s);
+    QCOMPARE(board.storedCell(board.doing()), u"n:0 b:1"_s);
+}
+
+void TestOrganisation::aColumnRemovedDuringARefreshTakesNoTask()
+{
+    TestBoard board;
+    Column inbox;
+    inbox.id = ColumnId::create();
+    inbox.name = u"Inbox"_s;
+    board->addColumn(inbox);
+    const ColumnId todo = board.todo();
+    board.organize(makeTasks(u"a b"_s));
+    board->organizeTasks(makeTasks(u"a b n"_s));
+    board->removeColumn(todo);
+    board.settle();
+    QCOMPARE(board.cell(inbox.id), u"a b n"_s);
+    QCOMPARE(board.storedCell(inbox.id), u"a:0 b:1 n:2"_s);
 }
 
 /** The move waits to be stored when the refresh reads: the card would jump back. */
@@ -250,16 +285,17 @@ void TestOrganisation::anUnblockedTaskIsNotBlockedAgain()
 void TestOrganisation::aQuadrantGivenDuringARefreshStays()
 {
     TestBoard board;
-    const WorkItems tasks = makeTasks(u"a b"_s);
-    board.organize(tasks);
-    board->assignEisenhowerPriority(u"b"_s, EisenhowerPriority::Delegate);
+    // One that does not answer the assignment by another run.
+    BoardState quiet(board.services(), makeTasks(u"a b"_s), BoardState::Observes::Nothing);
     board.settle();
-    board->organizeTasks(tasks);
-    board->assignEisenhowerPriority(u"a"_s, EisenhowerPriority::Schedule);
-    board->removeEisenhowerPriority(u"b"_s);
+    quiet.assignEisenhowerPriority(u"b"_s, EisenhowerPriority::Delegate);
+    quiet.organizeTasks(quiet.tasks());
+    await(board.store->drained());
+    quiet.assignEisenhowerPriority(u"a"_s, EisenhowerPriority::Schedule);
+    quiet.removeEisenhowerPriority(u"b"_s);
     board.settle();
-    QCOMPARE(board->task(u"a"_s)->eisenhowerPriority(), EisenhowerPriority::Schedule);
-    QCOMPARE(board->task(u"b"_s)->eisenhowerPriority(), EisenhowerPriority::Unsorted);
+    QCOMPARE(quiet.task(u"a"_s)->eisenhowerPriority(), EisenhowerPriority::Schedule);
+    QCOMPARE(quiet.task(u"b"_s)->eisenhowerPriority(), EisenhowerPriority::Unsorted);
 }
 
 /** No source can tell a reminder's block: written back from the item, it would be gone with the next load. */
