@@ -1,6 +1,6 @@
 #include "foundations/Log.h"
-#include "persistence/BackgroundSaveIndicator.h"
 #include "foundations/SerialQueue.h"
+#include "persistence/BackgroundSaveIndicator.h"
 #include "persistence/InstanceLock.h"
 #include "persistence/PersistenceQueue.h"
 #include "support/Await.h"
