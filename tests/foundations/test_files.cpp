@@ -270,6 +270,4 @@ VANTREL_REGISTER_TEST(TestFiles)
 
 } // namespace vantrel::test
 
-Q_DECLARE_METATYPE(std::function<void(vantrel::UserDefaults &)>)
-
 #include "test_files.moc"

@@ -366,7 +366,4 @@ VANTREL_REGISTER_TEST(TestRecords)
 
 } // namespace vantrel::test
 
-Q_DECLARE_METATYPE(std::optional<vantrel::Date>)
-Q_DECLARE_METATYPE(std::optional<double>)
-
 #include "test_records.moc"

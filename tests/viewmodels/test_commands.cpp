@@ -204,6 +204,4 @@ VANTREL_REGISTER_TEST(TestCommands)
 
 } // namespace vantrel::test
 
-Q_DECLARE_METATYPE(vantrel::DesktopFamily)
-
 #include "test_commands.moc"

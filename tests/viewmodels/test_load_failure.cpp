@@ -117,7 +117,4 @@ VANTREL_REGISTER_TEST(TestLoadFailure)
 
 } // namespace vantrel::test
 
-Q_DECLARE_METATYPE(std::exception_ptr)
-Q_DECLARE_METATYPE(vantrel::LoadFailure)
-
 #include "test_load_failure.moc"

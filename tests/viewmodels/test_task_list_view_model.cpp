@@ -288,6 +288,4 @@ VANTREL_REGISTER_TEST(TestTaskListViewModel)
 
 } // namespace vantrel::test
 
-Q_DECLARE_METATYPE(std::function<void(vantrel::test::FakeTaskManager &)>)
-
 #include "test_task_list_view_model.moc"
