@@ -4,6 +4,7 @@ Everything is started as a child of this process and ended with it, and nothing 
 touched. Where a needed program is missing, Unavailable says which: the test then skips itself.
 """
 
+import ctypes
 import os
 import pathlib
 import shutil
@@ -21,11 +22,6 @@ class Unavailable(Exception):
     """Something that the test needs is not there; the text says what."""
 
 
-def skip(reason):
-    print(f"SKIPPED: {reason}")
-    sys.exit(SKIPPED)
-
-
 def wait_for(condition, seconds, what):
     """Gives the first true result of `condition`; fails with `what` after `seconds`."""
     end = time.monotonic() + seconds
@@ -38,14 +34,19 @@ def wait_for(condition, seconds, what):
         time.sleep(0.02)
 
 
-def fail_after(seconds):
-    """Ends the test with a failure if it takes longer than `seconds`."""
+def run_test(main, arguments, seconds):
+    """Runs a test program: it fails if it takes longer than `seconds`, and is skipped if it cannot run."""
 
     def fail(*_):
         raise AssertionError(f"the test took longer than {seconds} s")
 
     signal.signal(signal.SIGALRM, fail)
     signal.alarm(seconds)
+    try:
+        main(*arguments)
+    except Unavailable as missing:
+        print(f"SKIPPED: {missing}")
+        sys.exit(SKIPPED)
 
 
 class Desktop:
@@ -89,7 +90,7 @@ class Desktop:
     def run(self, *command, **options):
         """Starts a program on this desktop; it ends with the desktop at the latest."""
         options.setdefault("env", self.environment)
-        child = subprocess.Popen([str(word) for word in command], **options)
+        child = subprocess.Popen([str(word) for word in command], preexec_fn=_end_with_parent, **options)
         self._children.append(child)
         return child
 
@@ -98,6 +99,38 @@ class Desktop:
         answer = subprocess.run([_program("xdotool"), *map(str, words)], env=self.environment,
                                 capture_output=True, text=True, check=False)
         return answer.stdout.strip() if answer.returncode == 0 else ""
+
+    def focused_window(self):
+        """The title of the window that has the keyboard."""
+        return self.xdotool("getwindowfocus", "getwindowname")
+
+    def press(self, *keys):
+        self.xdotool("key", "--delay", 30, *keys)
+
+    def type(self, text):
+        self.xdotool("type", "--delay", 5, text)
+
+    def click(self, place, *modifiers):
+        """Clicks with the left button, while the modifiers are held."""
+        self.xdotool("mousemove", "--sync", *place)
+        for modifier in modifiers:
+            self.xdotool("keydown", modifier)
+        self.xdotool("click", 1)
+        for modifier in modifiers:
+            self.xdotool("keyup", modifier)
+
+    def drag(self, start, end):
+        """Drags with the left button in a dozen steps, as a hand does."""
+        steps = 12
+        self.xdotool("mousemove", "--sync", *start)
+        time.sleep(0.2)
+        self.xdotool("mousedown", 1)
+        for step in range(1, steps + 1):
+            point = [a + (b - a) * step // steps for a, b in zip(start, end)]
+            self.xdotool("mousemove", "--sync", *point)
+            time.sleep(0.04)
+        time.sleep(0.3)
+        self.xdotool("mouseup", 1)
 
     def _start(self):
         self._folder = pathlib.Path(tempfile.mkdtemp(prefix="vantrel-desktop-"))
@@ -119,7 +152,9 @@ class Desktop:
             if name in os.environ:
                 self.environment[name] = os.environ[name]
         self.environment["DISPLAY"] = ":" + self._start_server(
-            "Xvfb", "-screen", "0", "1400x1000x24", "-nolisten", "tcp", "-displayfd", "1")
+            "Xvfb", "-screen", "0", "1400x1000x24", "-nolisten", "tcp",
+            # Without this the server starts over when its last client goes, which may be the first one.
+            "-noreset", "-displayfd", "1")
         self.environment["DBUS_SESSION_BUS_ADDRESS"] = self._start_server(
             "dbus-daemon", "--session", "--nofork", "--print-address=1")
         self.run(_program("openbox"), stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
@@ -127,7 +162,8 @@ class Desktop:
         wait_for(lambda: self.xdotool("get_num_desktops"), 20, "the window manager")
         if self._accessibility:
             self.environment["QT_LINUX_ACCESSIBILITY_ALWAYS_ON"] = "1"
-            self.run(_program(AT_SPI_LAUNCHER), "--launch-immediately", stderr=subprocess.DEVNULL)
+            self.run(_program(AT_SPI_LAUNCHER), "--launch-immediately",
+                     stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
 
     def _start_server(self, program, *arguments):
         """Starts a server that prints its address as its first line, and gives that."""
@@ -137,6 +173,12 @@ class Desktop:
         if not address:
             raise Unavailable(f"{program} does not start here")
         return address
+
+
+def _end_with_parent():
+    """Has the system end this new process with the test, even if that is killed."""
+    set_parent_death_signal = 1
+    ctypes.CDLL(None).prctl(set_parent_death_signal, signal.SIGTERM)
 
 
 def _program(name):

@@ -40,10 +40,16 @@ Item {
     onIsFocusedChanged: takeFocus()
     Component.onCompleted: takeFocus()
     ListView.onReused: {
+        visible = true;
         opacity = 1;
         takeFocus();
     }
-    ListView.onPooled: if (item.activeFocus) frame.focusRequested()
+    ListView.onPooled: {
+        if (item.activeFocus)
+            frame.focusRequested();
+        // The view only leaves it undrawn: a screen reader would go on telling of a card that is gone.
+        visible = false;
+    }
 
     KanbanCard {
         id: item
