@@ -18,6 +18,9 @@ ListView {
     /** The gap behind the last card, where dragged cards would land. */
     property real tail: dropRow >= 0 && dropRow === count ? landingHeight + frame.cardGap : 0
 
+    property bool isDraggedOver: false
+    property real contentYBeforeDrag: 0
+
     Behavior on tail {
         NumberAnimation { duration: Theme.quick }
     }
@@ -43,7 +46,19 @@ ListView {
                 root.positionViewAtIndex(row, ListView.Contain);
         }
     }
-    onDropRowChanged: if (dropRow >= 0) positionViewAtIndex(Math.min(dropRow, count - 1), ListView.Contain)
+    // While something is dragged over the cell the view shows where it would land; afterwards it is as it was.
+    onDropRowChanged: {
+        if (dropRow < 0) {
+            contentY = contentYBeforeDrag;
+            isDraggedOver = false;
+            return;
+        }
+        if (!isDraggedOver) {
+            isDraggedOver = true;
+            contentYBeforeDrag = contentY;
+        }
+        positionViewAtIndex(Math.min(dropRow, count - 1), ListView.Contain);
+    }
 
     WheelScroll {
         flickable: root
