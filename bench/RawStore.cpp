@@ -116,7 +116,7 @@ void RawStore::fill(int tasks, const QStringList &columns, const QStringList &sw
         bindText(task, 11, "code");
         bindText(task, 12, "tag-code");
         bindText(task, 13, "[\"code\"]");
-        bindText(task, 14, ("- [ ] " + name + " #code").toStdString());
+        bindText(task, 14, "- [ ] " + name.toStdString() + " #code");
         require(sqlite3_step(task), m_db);
         sqlite3_reset(task);
 
