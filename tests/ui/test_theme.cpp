@@ -40,6 +40,7 @@ private Q_SLOTS:
     void cleanupTestCase();
     void everyTextCanBeReadOnItsGround_data();
     void everyTextCanBeReadOnItsGround();
+    void everyShareOfTheWorkCanBeReadOnItsTint();
     void theWindowFollowsTheDesktop();
     void nothingMovesWhereLessMotionIsWished();
 
@@ -82,10 +83,11 @@ void TestTheme::everyTextCanBeReadOnItsGround_data()
     row("blocked card", {u"text"_s, u"secondaryText"_s, u"faintText"_s, u"redText"_s, u"amberText"_s},
         {u"redTint"_s});
     row("accent", {u"accentText"_s}, plain + QStringList{u"accentTint"_s});
-    row("red", {u"redText"_s}, plain);
+    row("red", {u"redText"_s}, plain + QStringList{u"redTint"_s});
     row("amber", {u"amberText"_s}, plain + QStringList{u"amberTint"_s});
     row("green", {u"greenText"_s}, plain + QStringList{u"greenTint"_s});
     row("violet", {u"violetText"_s}, {u"card"_s, u"violetTint"_s});
+    row("WIP warning", {u"secondaryText"_s}, {u"redTint"_s});
     row("main button", {u"inkOnAccent"_s}, {u"accent"_s});
     row("note", {u"inkOnNote"_s}, {u"note"_s});
 }
@@ -105,6 +107,35 @@ void TestTheme::everyTextCanBeReadOnItsGround()
                 QVERIFY2(reached >= 4.5,
                          qPrintable(u"%1 %2 on %3: %4"_s.arg(QVariant::fromValue(scheme).toString(), text,
                                                              ground, QString::number(reached))));
+            }
+        }
+    }
+}
+
+void TestTheme::everyShareOfTheWorkCanBeReadOnItsTint()
+{
+    const auto paint = [this](const char *function, const QColor &color) {
+        QColor result;
+        QMetaObject::invokeMethod(m_theme, function, Q_RETURN_ARG(QColor, result), Q_ARG(QColor, color));
+        return result;
+    };
+    const auto over = [](const QColor &ground, const QColor &tint) {
+        const auto mix = [&](float below, float above) {
+            return below + (above - below) * tint.alphaF();
+        };
+        return QColor::fromRgbF(mix(ground.redF(), tint.redF()), mix(ground.greenF(), tint.greenF()),
+                                mix(ground.blueF(), tint.blueF()));
+    };
+    for (const auto scheme : {DesktopAppearance::ColorScheme::Light, DesktopAppearance::ColorScheme::Dark}) {
+        m_window->services.desktop.appearance.setColorScheme(scheme);
+        for (const char *workload : {"#22c55e", "#f59e0b", "#ef4444"}) {
+            const QColor band(workload);
+            for (const char *ground : {"surface", "hover"}) {
+                const QColor paper = over(m_theme->property(ground).value<QColor>(), paint("tinted", band));
+                const double reached = contrast(paint("legible", band), paper);
+                QVERIFY2(
+                    reached >= 4.5,
+                    qPrintable(u"%1 on %2: %3"_s.arg(band.name()).arg(QLatin1String(ground)).arg(reached)));
             }
         }
     }

@@ -41,7 +41,7 @@ FocusScope {
                 required property int index
 
                 readonly property bool selected: root.taskList.viewMode === modelData.id
-                readonly property color inkColor: selected ? Theme.accent : Theme.secondaryText
+                readonly property color inkColor: selected ? Theme.accentText : Theme.secondaryText
 
                 width: parent?.width ?? 0
                 height: 52

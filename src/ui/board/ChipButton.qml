@@ -31,21 +31,21 @@ T.AbstractButton {
                 visible: root.symbol !== ""
                 symbol: root.symbol
                 size: 16
-                color: Theme.accent
+                color: Theme.accentText
             }
             ThemedText {
                 anchors.verticalCenter: parent.verticalCenter
                 text: root.text
                 font.pixelSize: Theme.small
                 font.weight: Theme.titleWeight
-                color: Theme.accent
+                color: Theme.accentText
             }
             SymbolImage {
                 anchors.verticalCenter: parent.verticalCenter
                 visible: root.closable
                 symbol: "xmark"
                 size: 12
-                color: Theme.accent
+                color: Theme.accentText
             }
         }
     }

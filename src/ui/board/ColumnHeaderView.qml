@@ -45,7 +45,7 @@ Item {
         text: root.column.countText
         font.pixelSize: Theme.small * root.zoom
         font.weight: root.column.isOverLimit ? Theme.headingWeight : Theme.regularWeight
-        textColor: root.column.isOverLimit ? Theme.red : Theme.secondaryText
+        textColor: root.column.isOverLimit ? Theme.redText : Theme.secondaryText
         color: root.column.isOverLimit ? Theme.redTint : Theme.rail
         border.width: root.column.isOverLimit ? 0 : 1
         border.color: Theme.line

@@ -48,7 +48,7 @@ Rectangle {
 
                 ThemedText {
                     text: root.cell?.warning ?? ""
-                    color: Theme.red
+                    color: Theme.redText
                     font.pixelSize: Theme.tiny * root.zoom
                     font.weight: Theme.headingWeight
                 }

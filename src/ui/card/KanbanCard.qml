@@ -52,7 +52,8 @@ Item {
     }
     // The stripe of a flagged card is what the frame leaves uncovered at the left.
     Rectangle {
-        anchors.fill: parent
+        width: 3 * radius
+        height: parent.height
         visible: root.card.hasFlagStripe
         radius: frame.radius
         color: Theme.flagStripe

@@ -51,7 +51,7 @@ Item {
             visible: root.card.priorityIcon !== ""
             zoom: root.zoom
             symbol: root.card.priorityIcon
-            ink: Theme.red
+            ink: Theme.redText
             tip: root.card.priorityText
         }
         CardPart {
@@ -84,8 +84,7 @@ Item {
             zoom: root.zoom
             symbol: "exclamationmark.triangle"
             text: root.card.blockedText
-            ink: Theme.red
-            tint: Theme.redTint
+            ink: Theme.redText
             maximumWidth: root.width
             tip: qsTr("Blocked task. Click to see or add reason.")
         }
@@ -94,16 +93,16 @@ Item {
             visible: root.card.tag !== ""
             zoom: root.zoom
             text: root.card.tag
-            ink: Theme.violet
+            ink: Theme.violetText
             tint: Theme.violetTint
             maximumWidth: root.width
         }
         CardPart {
             id: due
             readonly property var look: ({
-                [DueState.Overdue]: [Theme.red, Theme.redTint],
-                [DueState.Soon]: [Theme.amber, Theme.amberTint],
-                [DueState.Later]: [Theme.green, Theme.greenTint]
+                [DueState.Overdue]: [Theme.redText, Theme.redTint],
+                [DueState.Soon]: [Theme.amberText, Theme.amberTint],
+                [DueState.Later]: [Theme.greenText, Theme.greenTint]
             })[root.card.dueState] ?? [Theme.faintText, Theme.cell]
 
             visible: root.card.dueText !== ""
@@ -122,7 +121,7 @@ Item {
         zoom: root.zoom
         symbol: root.card.isAging ? "clock.badge.exclamationmark.fill" : "clock"
         text: root.card.ageText
-        ink: root.card.isAging ? Theme.amber : Theme.faintText
+        ink: root.card.isAging ? Theme.amberText : Theme.faintText
         bold: root.card.isAging
         tip: root.card.ageDescription
     }

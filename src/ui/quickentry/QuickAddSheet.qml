@@ -43,7 +43,7 @@ SheetFrame {
             id: errorSymbol
             symbol: "exclamationmark.triangle"
             size: Theme.smallIconSize
-            color: Theme.red
+            color: Theme.redText
         }
         ThemedText {
             objectName: "quickAddError"

@@ -107,15 +107,9 @@ QtObject {
 
     /** `color` as a ground for text of the same colour, and as that text. */
     function tinted(color: color): color {
-        return Qt.alpha(color, dark ? 0.2 : 0.16);
+        return Qt.alpha(color, 0.16);
     }
     function legible(color: color): color {
-        return dark ? Qt.lighter(color, 1.2) : Qt.darker(color, 2);
-    }
-
-    /** Black or white text, whichever is read more easily on `ground`. */
-    function textOn(ground: color): color {
-        const luminance = 0.299 * ground.r + 0.587 * ground.g + 0.114 * ground.b;
-        return luminance > 0.55 ? "#1B1F26" : "#FFFFFF";
+        return dark ? Qt.lighter(color, 1.35) : Qt.darker(color, 2);
     }
 }
