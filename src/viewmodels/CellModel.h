@@ -129,7 +129,7 @@ private:
     QString m_warning;
     QString m_warningScope;
     int m_dropRow = -1;
-    /** Where the view stood, for when it comes back. */
+    /** How far the view was scrolled, for when it comes back. */
     double m_scrollPosition = 0.0;
 };
 

@@ -34,8 +34,8 @@ ListView {
     bottomMargin: frame.cellPadding - frame.cardGap + tail
     T.ScrollBar.vertical: AppScrollBar {}
 
-    Component.onCompleted: contentY = Math.max(originY - topMargin, cell?.scrollPosition ?? 0)
-    Component.onDestruction: if (cell) cell.scrollPosition = contentY
+    Component.onCompleted: contentY = originY - topMargin + (cell?.scrollPosition ?? 0)
+    Component.onDestruction: if (cell) cell.scrollPosition = contentY - originY + topMargin
 
     Connections {
         target: root.frame.board
@@ -62,6 +62,7 @@ ListView {
 
     WheelScroll {
         flickable: root
+        turn: root.frame.wheelTurn
     }
 
     displaced: Transition {

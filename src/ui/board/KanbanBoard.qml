@@ -91,6 +91,7 @@ FocusScope {
             id: stripScroll
             flickable: strip
             orientation: Qt.Horizontal
+            turn: layout.wheelTurn
         }
 
         Row {
@@ -130,6 +131,7 @@ FocusScope {
             WheelScroll {
                 id: laneScroll
                 flickable: lanes
+                turn: layout.wheelTurn
             }
 
             displaced: Transition {

@@ -9,6 +9,8 @@ Item {
 
     required property Flickable flickable
     property int orientation: Qt.Vertical
+    /** Shared by views that lie in each other. */
+    property WheelTurn turn: null
 
     readonly property bool vertical: orientation === Qt.Vertical
     readonly property real first: vertical ? flickable.originY - flickable.topMargin
@@ -53,14 +55,16 @@ Item {
     // Behind the content: a view inside this one scrolls first.
     z: -1
 
-    WheelHandler {
-        acceptedDevices: PointerDevice.Mouse | PointerDevice.TouchPad
-        orientation: root.orientation
-        target: null
+    MouseArea {
+        anchors.fill: parent
+        acceptedButtons: Qt.NoButton
         onWheel: event => {
             const pixels = root.vertical ? event.pixelDelta.y : event.pixelDelta.x;
             const angle = root.vertical ? event.angleDelta.y : event.angleDelta.x;
-            event.accepted = root.scrollBy(pixels !== 0 ? -pixels : -angle / 120 * root.notch);
+            const distance = pixels !== 0 ? -pixels : -angle / 120 * root.notch;
+            event.accepted = (root.turn?.isFree(root) ?? true) && root.scrollBy(distance);
+            if (event.accepted)
+                root.turn?.take(root);
         }
     }
     DragHandler {
