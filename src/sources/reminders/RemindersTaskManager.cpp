@@ -1,0 +1,472 @@
+#include "sources/reminders/RemindersTaskManager.h"
+
+#include "foundations/DefaultsKeys.h"
+#include "foundations/Ids.h"
+#include "foundations/Launch.h"
+#include "foundations/Log.h"
+#include "foundations/NotificationNames.h"
+#include "foundations/TimeSlice.h"
+#include "sources/reminders/RemindersError.h"
+
+#include <QPointer>
+
+#include <algorithm>
+
+namespace vantrel {
+
+namespace {
+
+using Kind = RemindersError::Kind;
+
+constexpr QStringView ListIdPrefix = u"reminders_list_";
+constexpr double DefaultRetrievalDays = 3.0;
+
+constexpr auto Guidance = R"(Vantrel needs permission to access your Reminders.
+
+Please follow these steps to grant access:
+1. Open System Settings (System Preferences on older macOS)
+2. Go to Privacy & Security
+3. Select Reminders from the list
+4. Enable access for Vantrel
+
+If Vantrel is not listed, try using the Reminders feature once to trigger the permission dialog.)";
+
+Date moment(const ReminderDueDate &dueDate)
+{
+    if (const QDate *day = std::get_if<QDate>(&dueDate)) {
+        return Date::fromDateTime(day->startOfDay());
+    }
+    return std::get<Date>(dueDate);
+}
+
+/** Midnight is how a day without a time of day arrives here. */
+ReminderDueDate dueDateOf(Date date)
+{
+    const QDateTime local = date.toDateTime();
+    if (local == local.date().startOfDay()) {
+        return local.date();
+    }
+    return date;
+}
+
+Recurrence recurrenceOf(const ReminderRecurrence &rule)
+{
+    return {true, rule.frequency, rule.interval, detailedDescription(rule.frequency, rule.interval)};
+}
+
+std::vector<ReminderList>::const_iterator listTitled(const std::vector<ReminderList> &lists,
+                                                     const QString &title)
+{
+    const auto exact = std::find_if(lists.begin(), lists.end(),
+                                    [&title](const ReminderList &list) { return list.title == title; });
+    if (exact != lists.end()) {
+        return exact;
+    }
+    return std::find_if(lists.begin(), lists.end(), [&title](const ReminderList &list) {
+        return list.title.compare(title, Qt::CaseInsensitive) == 0;
+    });
+}
+
+void logRecurrence(const Reminder &reminder, const QString &title)
+{
+    if (!log::isDebugEnabled()) {
+        return;
+    }
+    if (!reminder.recurrence) {
+        log::debug(u"📅 Reminder '" + title + u"' has no recurrence rules.");
+        return;
+    }
+    const Recurrence recurrence = recurrenceOf(*reminder.recurrence);
+    log::debug(u"📅 Detected recurring reminder: " + title + u" with pattern: " + *recurrence.pattern);
+    log::debug(u"📅 Setting recurrence info for reminder '" + title + u"': isRepeating=true, frequency=" +
+               rawValue(*recurrence.frequency) + u", interval=" + QString::number(*recurrence.interval) +
+               u", pattern=" + *recurrence.pattern);
+}
+
+} // namespace
+
+RemindersTaskManager::RemindersTaskManager(ReminderStore &store, UserDefaults &defaults,
+                                           NotificationCenter &notifications, Clock &clock, QObject *parent)
+    : QObject(parent), m_store(store), m_defaults(defaults), m_notifications(notifications), m_clock(clock)
+{
+    log::info(QStringLiteral("Initializing RemindersTaskManager with EventKit"));
+}
+
+// Access.
+
+bool RemindersTaskManager::checkPermissions()
+{
+    switch (m_store.authorizationStatus()) {
+    case ReminderAuthorization::NotDetermined:
+        log::info(QStringLiteral("Reminders access not yet determined, will prompt for permission"));
+        launch(askForAccess(), QStringLiteral("Asking for access to reminders"));
+        return false;
+    case ReminderAuthorization::Restricted:
+    case ReminderAuthorization::Denied:
+        log::warning(QStringLiteral("Access to reminders denied or restricted"));
+        return false;
+    case ReminderAuthorization::FullAccess:
+        log::info(QStringLiteral("Full access to reminders granted"));
+        launch(verifyAccess(), QStringLiteral("Verifying access to reminders"));
+        return true;
+    case ReminderAuthorization::WriteOnly:
+        log::warning(QStringLiteral("Only write access to reminders granted, need full access"));
+        return false;
+    case ReminderAuthorization::Unknown:
+        break;
+    }
+    log::warning(QStringLiteral("Unknown reminders authorization status"));
+    return false;
+}
+
+QCoro::Task<> RemindersTaskManager::askForAccess()
+{
+    const QPointer self(this);
+    const bool isGranted = co_await m_store.requestFullAccess();
+    log::info(isGranted ? QStringLiteral("Requested Reminders access: granted")
+                        : QStringLiteral("Requested Reminders access: denied or failed"));
+    if (isGranted && self) {
+        m_notifications.post(notifications::RefreshTasksRequested);
+    }
+}
+
+QCoro::Task<> RemindersTaskManager::verifyAccess()
+{
+    log::info(QStringLiteral("Verifying full access to reminders with explicit check"));
+    try {
+        if (co_await m_store.requestFullAccess()) {
+            log::info(QStringLiteral("Re-verified Reminders access: confirmed"));
+            co_return;
+        }
+        log::warning(QStringLiteral("Re-verified Reminders access: denied"));
+        log::warning(QStringLiteral("Permission verification failed despite showing as granted"));
+    } catch (const std::exception &failure) {
+        log::error(u"Error verifying reminders access: " + QString::fromUtf8(failure.what()));
+    }
+}
+
+QCoro::Task<> RemindersTaskManager::ensureAccess()
+{
+    switch (m_store.authorizationStatus()) {
+    case ReminderAuthorization::FullAccess:
+        co_return;
+    case ReminderAuthorization::NotDetermined:
+        if (co_await m_store.requestFullAccess()) {
+            co_return;
+        }
+        throw RemindersError(Kind::AccessDenied);
+    case ReminderAuthorization::Restricted:
+    case ReminderAuthorization::Denied:
+        throw RemindersError(Kind::AccessDenied);
+    case ReminderAuthorization::WriteOnly:
+        throw RemindersError(Kind::InsufficientAccess);
+    case ReminderAuthorization::Unknown:
+        break;
+    }
+    throw RemindersError(Kind::UnknownAuthorizationStatus);
+}
+
+QString RemindersTaskManager::getPermissionsGuidance() const
+{
+    return m_store.accessGuidance().value_or(QString::fromUtf8(Guidance));
+}
+
+// Reading.
+
+QCoro::Task<WorkItems> RemindersTaskManager::fetchTasks()
+{
+    const QPointer self(this);
+    log::info(QStringLiteral("Fetching tasks from Reminders using EventKit"));
+    const Date start = m_clock.now();
+    co_await ensureAccess();
+    const std::vector<ReminderList> lists = co_await m_store.lists();
+    log::info(QStringLiteral("Found %1 reminder lists").arg(lists.size()));
+    std::vector<Reminder> open = co_await fetch(ReminderPredicate::incomplete());
+    if (!self) {
+        co_return WorkItems();
+    }
+    const double days = m_defaults.real(keys::RetrievalDays).value_or(DefaultRetrievalDays);
+    std::vector<Reminder> done = co_await fetch(completedInLastDays(static_cast<int>(days)));
+    const auto tasks = std::make_shared<WorkItems>();
+    tasks->reserve(open.size() + done.size());
+    if (self) {
+        co_await append(tasks, std::move(open));
+    }
+    if (self) {
+        co_await append(tasks, std::move(done));
+    }
+    if (!self) {
+        co_return WorkItems();
+    }
+    const auto recurring = std::count_if(tasks->begin(), tasks->end(),
+                                         [](const WorkItemPtr &task) { return task->isRepeating(); });
+    log::info(QStringLiteral("📊 Reminders Task Summary: Total tasks: %1, Recurring tasks: %2")
+                  .arg(tasks->size())
+                  .arg(recurring));
+    log::info(QStringLiteral("📊 BENCHMARK: Reminders fetchTasks - %1 ms for %2 tasks")
+                  .arg((m_clock.now() - start) * 1000.0, 0, 'f', 1)
+                  .arg(tasks->size()));
+    log::info(QStringLiteral("Successfully fetched %1 reminders").arg(tasks->size()));
+    co_return std::move(*tasks);
+}
+
+QCoro::Task<WorkItems> RemindersTaskManager::fetchCompletedTasks(int lookbackDays)
+{
+    const QPointer self(this);
+    log::info(QStringLiteral("Fetching completed tasks from Reminders for analysis (lookback: %1 days)")
+                  .arg(lookbackDays));
+    co_await ensureAccess();
+    std::vector<Reminder> done = co_await fetch(completedInLastDays(lookbackDays));
+    const auto tasks = std::make_shared<WorkItems>();
+    if (self) {
+        co_await append(tasks, std::move(done));
+    }
+    log::info(QStringLiteral("Successfully fetched %1 completed reminders").arg(tasks->size()));
+    co_return std::move(*tasks);
+}
+
+ReminderPredicate RemindersTaskManager::completedInLastDays(int days) const
+{
+    const Date now = m_clock.now();
+    return ReminderPredicate::completed(Date::fromDateTime(now.toDateTime().addDays(-days)), now);
+}
+
+QCoro::Task<std::vector<Reminder>> RemindersTaskManager::fetch(ReminderPredicate predicate)
+{
+    std::optional<std::vector<Reminder>> reminders = co_await m_store.fetchReminders(predicate);
+    if (!reminders) {
+        throw RemindersError(Kind::FetchFailed);
+    }
+    co_return std::move(*reminders);
+}
+
+QCoro::Task<> RemindersTaskManager::append(std::shared_ptr<WorkItems> tasks, std::vector<Reminder> reminders)
+{
+    const QPointer self(this);
+    TimeSlice slice;
+    for (const Reminder &reminder : reminders) {
+        tasks->push_back(createWorkItem(reminder));
+        if (slice.isUsedUp()) {
+            co_await m_clock.yieldToEventLoop();
+            if (!self) {
+                co_return;
+            }
+            slice.restart();
+        }
+    }
+}
+
+std::shared_ptr<ReminderWorkItem> RemindersTaskManager::createWorkItem(const Reminder &reminder) const
+{
+    WorkItemFields fields;
+    fields.id = ReminderIdPrefix + reminder.identifier;
+    fields.name = reminder.title.value_or(tr("Untitled Reminder"));
+    fields.note = reminder.notes;
+    if (reminder.dueDate) {
+        fields.dueDate = moment(*reminder.dueDate);
+    }
+    fields.creationDate = reminder.creationDate ? *reminder.creationDate : m_clock.now();
+    fields.completionDate = reminder.completionDate;
+    fields.isComplete = reminder.isCompleted;
+    const QString listName = reminder.list ? reminder.list->title : tr("Unknown List");
+    const QString listId = reminder.list ? reminder.list->identifier : QString();
+    fields.project = Project{ListIdPrefix + listId, listName};
+    logRecurrence(reminder, fields.name);
+
+    auto task = std::make_shared<ReminderWorkItem>(
+        std::move(fields), ReminderWorkItem::Details{reminder.priority, listName, reminder.identifier});
+    if (reminder.recurrence) {
+        const Recurrence recurrence = recurrenceOf(*reminder.recurrence);
+        task->setRecurrenceInfo(true, recurrence.frequency, recurrence.interval, recurrence.pattern);
+    }
+    return task;
+}
+
+QCoro::Task<> RemindersTaskManager::fetchDueSoonSettings()
+{
+    log::debug(QStringLiteral("fetchDueSoonSettings called for Reminders (no-op)"));
+    co_return;
+}
+
+QCoro::Task<std::vector<ProjectInfo>> RemindersTaskManager::fetchAvailableProjects()
+{
+    log::info(QStringLiteral("Fetching available reminder lists as projects"));
+    if (m_store.authorizationStatus() == ReminderAuthorization::NotDetermined) {
+        log::info(QStringLiteral("Requesting access to reminders"));
+        co_await m_store.requestFullAccess();
+    } else {
+        log::info(QStringLiteral("Full access to reminders already granted"));
+    }
+    const std::vector<ReminderList> lists = co_await m_store.lists();
+    std::vector<ProjectInfo> projects;
+    for (const ReminderList &list : lists) {
+        if (!list.allowsContentModifications) {
+            log::info(u"Skipping read-only calendar: " + list.title);
+            continue;
+        }
+        projects.push_back({ListIdPrefix + list.identifier, list.title, true});
+    }
+    std::sort(projects.begin(), projects.end(),
+              [](const ProjectInfo &a, const ProjectInfo &b) { return a.name < b.name; });
+    log::info(QStringLiteral("%1 available reminder lists").arg(projects.size()));
+    co_return projects;
+}
+
+QCoro::Task<std::vector<TagInfo>> RemindersTaskManager::fetchAvailableTags()
+{
+    co_return std::vector<TagInfo>();
+}
+
+// Making.
+
+QCoro::Task<QString> RemindersTaskManager::createTask(NewTask task)
+{
+    const QPointer self(this);
+    log::debug(u"Creating new reminder with name: " + task.name);
+    Reminder reminder;
+    reminder.list = co_await listFor(task.project);
+    reminder.title = task.name;
+    reminder.notes = task.note;
+    if (task.dueDate) {
+        reminder.dueDate = dueDateOf(*task.dueDate);
+    }
+    if (!task.tags.isEmpty()) {
+        reminder.notes = task.note.value_or(QString()) + u"\n\nTags: #" + task.tags.join(u" #");
+    }
+    if (!self) {
+        throw RemindersError(Kind::FetchFailed);
+    }
+    QString identifier;
+    try {
+        identifier = co_await m_store.save(reminder);
+    } catch (const std::exception &failure) {
+        throw RemindersError(Kind::SaveFailed, QString::fromUtf8(failure.what()));
+    }
+    log::info(u"Successfully created reminder with ID: " + identifier);
+    co_return ReminderIdPrefix + identifier;
+}
+
+QCoro::Task<ReminderList> RemindersTaskManager::listFor(std::optional<QString> project)
+{
+    const QPointer self(this);
+    const std::vector<ReminderList> lists = co_await m_store.lists();
+    std::optional<ReminderList> list = co_await m_store.defaultListForNewReminders();
+    if (!self) {
+        throw RemindersError(Kind::FetchFailed);
+    }
+    if (project) {
+        const auto found = listTitled(lists, *project);
+        if (found != lists.end()) {
+            co_return ReminderList(*found);
+        }
+        co_return co_await makeList(*project, list);
+    }
+    if (list) {
+        co_return ReminderList(*list);
+    }
+    if (!lists.empty()) {
+        co_return ReminderList(lists.front());
+    }
+    co_return co_await makeList(QStringLiteral("Reminders"), std::nullopt);
+}
+
+QCoro::Task<ReminderList> RemindersTaskManager::makeList(QString title,
+                                                         std::optional<ReminderList> defaultList)
+{
+    const QPointer self(this);
+    ReminderList list;
+    list.title = title;
+    if (defaultList) {
+        list.sourceIdentifier = defaultList->sourceIdentifier;
+    } else {
+        const std::vector<ReminderSource> sources = co_await m_store.sources();
+        const auto local = std::find_if(sources.begin(), sources.end(),
+                                        [](const ReminderSource &source) { return source.isLocal; });
+        if (local != sources.end()) {
+            list.sourceIdentifier = local->identifier;
+        }
+    }
+    if (!self) {
+        throw RemindersError(Kind::FetchFailed);
+    }
+    co_return co_await m_store.saveList(list);
+}
+
+// Edits.
+
+QCoro::Task<bool> RemindersTaskManager::setTaskName(QString taskId, QString name)
+{
+    Edit change{[name](Reminder &reminder) { reminder.title = name; },
+                QStringLiteral("Failed to save reminder name change: "),
+                u"Successfully updated reminder name to: " + name};
+    return edit(std::move(taskId), std::move(change));
+}
+
+QCoro::Task<bool> RemindersTaskManager::setPriority(QString taskId, int priority)
+{
+    Edit change{[priority](Reminder &reminder) { reminder.priority = priority; },
+                QStringLiteral("Failed to save reminder priority change: "),
+                u"Successfully updated reminder priority to: " + QString::number(priority)};
+    return edit(std::move(taskId), std::move(change));
+}
+
+QCoro::Task<bool> RemindersTaskManager::markTaskComplete(QString taskId)
+{
+    Edit change{[](Reminder &reminder) { reminder.isCompleted = true; },
+                QStringLiteral("Failed to save reminder completion: "),
+                QStringLiteral("Successfully marked reminder as complete")};
+    return edit(std::move(taskId), std::move(change));
+}
+
+QCoro::Task<bool> RemindersTaskManager::markTaskIncomplete(QString taskId)
+{
+    Edit change{[](Reminder &reminder) { reminder.isCompleted = false; },
+                QStringLiteral("Failed to save reminder incompletion: "),
+                QStringLiteral("Successfully marked reminder as incomplete")};
+    return edit(std::move(taskId), std::move(change));
+}
+
+QCoro::Task<bool> RemindersTaskManager::flagTask(QString taskId, bool flagged)
+{
+    Q_UNUSED(taskId)
+    Q_UNUSED(flagged)
+    log::info(QStringLiteral("Flagging not supported for ReminderWorkItem - use priority system instead"));
+    co_return false;
+}
+
+QCoro::Task<bool> RemindersTaskManager::edit(QString taskId, Edit edit)
+{
+    if (!canHandle(taskId)) {
+        log::warning(u"Cannot handle taskID: " + taskId);
+        co_return false;
+    }
+    const QPointer self(this);
+    const QString identifier = taskId.mid(ReminderIdPrefix.size());
+    std::optional<Reminder> reminder = co_await m_store.reminder(identifier);
+    if (!reminder || !self) {
+        log::warning(u"Could not find reminder with ID: " + identifier);
+        co_return false;
+    }
+    edit.change(*reminder);
+    try {
+        co_await m_store.save(*reminder);
+    } catch (const std::exception &failure) {
+        const QString reason = QString::fromUtf8(failure.what());
+        log::error(edit.failure + reason);
+        throw RemindersError(Kind::SaveFailed, reason);
+    }
+    log::debug(edit.success);
+    co_return true;
+}
+
+bool RemindersTaskManager::canHandle(const QString &taskId) const
+{
+    return hasIdFormOf(TaskManagerType::Reminders, taskId);
+}
+
+QString RemindersTaskManager::taskManagerName() const
+{
+    return rawValue(TaskManagerType::Reminders);
+}
+
+} // namespace vantrel
