@@ -357,8 +357,9 @@ void BoardViewModel::dragLeft(CellModel *cell)
 bool BoardViewModel::drop(CellModel *cell, const QVariantMap &offer, double y)
 {
     const std::optional<QString> id = draggedTask(offer);
-    if (id) m_drops.drop(*id, cell->id(), y);
+    // First, while the cards are where their views know them.
     endDrag();
+    if (id) m_drops.drop(*id, cell->id(), y);
     return id.has_value();
 }
 

@@ -7,6 +7,7 @@ QtObject {
 
     required property BoardViewModel board
     required property CardDrag drag
+    required property CardFlights flights
     readonly property WheelTurn wheelTurn: WheelTurn {}
     /** Space for the columns, without the window's padding. */
     required property real availableWidth

@@ -3,7 +3,10 @@ pragma ComponentBehavior: Bound
 import QtQuick
 import Vantrel.ViewModels
 
-/** What hangs on the pointer while cards are dragged: the lifted card, and how many there are. */
+/**
+ * What hangs on the pointer while cards are dragged: the lifted card, the others as a stack behind it, and how many
+ * there are. Drawn in the window, as not every desktop can draw a picture that lets its ground shine through.
+ */
 Item {
     id: root
 
@@ -11,23 +14,38 @@ Item {
 
     readonly property bool active: proxy.Drag.active
     /** The gap that dragged cards need. */
-    property real landingHeight: 72
+    readonly property real landingHeight: picture.size.height
+    /** Where the lifted card is, in this item. */
+    readonly property rect place: Qt.rect(picture.x, picture.y, picture.size.width, picture.size.height)
 
-    /** Lifts the card; `isHeld` tells whether the pointer still holds it when its picture is ready. */
+    /** Places that the pointer is over while it drags; none outside of the board. */
+    property int placesBelow: 0
+
+    /** Lifts the card; `isHeld` tells whether the pointer still holds it when that can begin. */
     function begin(card: KanbanCard, grip: point, isHeld: var) {
-        landingHeight = card.height;
-        picture.source = card;
-        picture.grabToImage(result => {
-            if (!isHeld())
-                return;
-            proxy.Drag.mimeData = root.board.beginDrag(card.card.id);
-            proxy.Drag.imageSource = result.url;
-            proxy.Drag.hotSpot = Qt.point(grip.x + picture.margin, grip.y + picture.margin);
-            proxy.Drag.active = true;
-        });
+        // Not before the present event is through: a drag runs an event loop of its own.
+        Qt.callLater(root.start, card, grip, isHeld);
+    }
+    function start(card: KanbanCard, grip: point, isHeld: var) {
+        if (!isHeld())
+            return;
+        placesBelow = 0;
+        picture.zoom = card.zoom;
+        picture.size = Qt.size(card.width, card.height);
+        picture.grip = grip;
+        picture.count = board.draggedTaskCount(card.card.id);
+        picture.card = card.card;
+        moveTo(card.mapToItem(null, grip));
+        proxy.Drag.mimeData = board.beginDrag(card.card.id);
+        proxy.Drag.active = true;
     }
     function end() {
         proxy.Drag.active = false;
+    }
+    function moveTo(scenePosition: point) {
+        const here = mapFromItem(null, scenePosition);
+        picture.x = here.x - picture.grip.x;
+        picture.y = here.y - picture.grip.y;
     }
 
     Item {
@@ -41,34 +59,50 @@ Item {
     Item {
         id: picture
 
-        property KanbanCard source: null
-        readonly property real margin: 12
-        readonly property int count: source ? root.board.draggedTaskCount(source.card.id) : 0
+        property cardContent card
+        property size size
+        property point grip
+        property real zoom: 1
+        property int count: 0
 
-        x: -10000
-        width: (source?.width ?? 0) * 1.02 + 2 * margin
-        height: (source?.height ?? 0) * 1.02 + 2 * margin
+        width: size.width
+        height: size.height
+        visible: root.active && root.placesBelow > 0
         opacity: 0.9
+        scale: 1.02
 
+        Repeater {
+            model: Math.max(0, Math.min(2, picture.count - 1))
+
+            Rectangle {
+                required property int index
+
+                readonly property real offset: 5 * picture.zoom * (index + 1)
+
+                z: -1 - index
+                x: offset
+                y: offset
+                width: picture.width
+                height: picture.height
+                radius: Theme.cardRadius * picture.zoom
+                color: Theme.card
+                border.width: 1
+                border.color: Theme.strongLine
+            }
+        }
         Lazy {
-            x: picture.margin
-            y: picture.margin
-            active: picture.source !== null
+            anchors.fill: parent
+            active: picture.visible
             sourceComponent: KanbanCard {
-                width: picture.source.width
-                height: picture.source.height
-                transformOrigin: Item.TopLeft
-                scale: 1.02
                 lifted: true
-                zoom: picture.source.zoom
-                card: picture.source.card
+                zoom: picture.zoom
+                card: picture.card
             }
         }
         Pill {
             visible: picture.count > 1
-            anchors.right: parent.right
-            anchors.top: parent.top
-            anchors.margins: 2
+            anchors.horizontalCenter: parent.right
+            anchors.verticalCenter: parent.top
             text: picture.count
             font.weight: Theme.headingWeight
             color: Theme.accent

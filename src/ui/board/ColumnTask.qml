@@ -19,6 +19,9 @@ Item {
     required property real landingHeight
 
     readonly property BoardViewModel board: frame.board
+    readonly property alias cardItem: item
+    /** A copy of the card is on its way here. */
+    property bool isInFlight: false
     readonly property bool isTarget: landingHeight > 0
     property real landing: isTarget && cell.dropRow === index ? landingHeight + frame.cardGap : 0
     /** Over its own cell the dragged card leaves its place: the gap tells where it will stand. */
@@ -37,20 +40,42 @@ Item {
         frame.revealRequested(item);
     }
 
+    function come() {
+        frame.flights.arrive(root);
+        takeFocus();
+    }
+
     onIsFocusedChanged: takeFocus()
-    Component.onCompleted: takeFocus()
+    onIsDraggedChanged: if (!isDragged && frame.drag.placesBelow > 0) frame.flights.fall(root, frame.drag.place)
+    onIsInFlightChanged: if (isInFlight) appearing.complete()
+    ListView.onAdd: {
+        frame.flights.arrive(root);
+        if (!isInFlight)
+            appearing.restart();
+    }
+    ListView.onRemove: frame.flights.depart(root)
+    Component.onCompleted: come()
     ListView.onReused: {
         visible = true;
         opacity = 1;
-        takeFocus();
+        come();
     }
     ListView.onPooled: {
         if (item.activeFocus)
             frame.focusRequested();
+        frame.flights.land(card.id);
         // The view only leaves it undrawn: a screen reader would go on telling of a card that is gone.
         visible = false;
     }
 
+    NumberAnimation {
+        id: appearing
+        target: root
+        property: "opacity"
+        from: 0
+        to: 1
+        duration: Theme.move
+    }
     KanbanCard {
         id: item
         objectName: "column-" + root.column.name + "-task-" + root.card.id
@@ -59,7 +84,8 @@ Item {
         width: root.width - 2 * x
         height: implicitHeight
         visible: !root.isTakenOut
-        opacity: root.isDragged ? 0.35 : root.isDimmed ? 0.25 : 1
+        opacity: root.isInFlight ? 0 : 1
+        veil: root.isDragged ? 0.65 : root.isDimmed ? 0.75 : 0
         card: root.card
         isSelected: root.isSelected
         showsFocus: activeFocus && root.focusedComponent === KanbanCardFocus.None
@@ -71,9 +97,6 @@ Item {
         Accessible.onPressAction: root.board.tapCard(root.card.id, false)
         onRetryRequested: root.board.retry(root.card.id)
 
-        Behavior on opacity {
-            NumberAnimation { duration: Theme.quick }
-        }
         HoverHandler {
             id: hover
             readonly property string tip: hovered ? item.tipAt(point.position.x, point.position.y) : ""

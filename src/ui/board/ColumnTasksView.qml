@@ -21,6 +21,8 @@ ListView {
     property bool isDraggedOver: false
     property real contentYBeforeDrag: 0
 
+    onTailChanged: if (dropRow >= 0 && dropRow === count) positionViewAtEnd()
+
     Behavior on tail {
         NumberAnimation { duration: Theme.quick }
     }
@@ -37,13 +39,25 @@ ListView {
     Component.onCompleted: contentY = originY - topMargin + (cell?.scrollPosition ?? 0)
     Component.onDestruction: if (cell) cell.scrollPosition = contentY - originY + topMargin
 
+    function showFocused() {
+        const row = cell?.rowOf(frame.board.focusedTaskId) ?? -1;
+        if (row >= 0)
+            positionViewAtIndex(row, ListView.Contain);
+    }
+
     Connections {
         target: root.frame.board
 
-        function onFocusedTaskChanged() {
-            const row = root.cell?.rowOf(root.frame.board.focusedTaskId) ?? -1;
-            if (row >= 0)
-                root.positionViewAtIndex(row, ListView.Contain);
+        function onFocusedTaskChanged() { root.showFocused(); }
+    }
+    Connections {
+        target: root.cell
+
+        // A card that was moved here by key goes on being seen.
+        function onRowsInserted(parent, first, last) {
+            const row = root.cell.rowOf(root.frame.board.focusedTaskId);
+            if (row >= first && row <= last)
+                Qt.callLater(root.showFocused);
         }
     }
     // While something is dragged over the cell the view shows where it would land; afterwards it is as it was.
@@ -67,12 +81,8 @@ ListView {
 
     displaced: Transition {
         NumberAnimation { property: "y"; duration: Theme.move; easing.type: Easing.OutCubic }
-        NumberAnimation { property: "opacity"; to: 1; duration: Theme.quick }
     }
     move: displaced
-    add: Transition {
-        NumberAnimation { property: "opacity"; from: 0; to: 1; duration: Theme.move }
-    }
     remove: Transition {
         NumberAnimation { property: "opacity"; to: 0; duration: Theme.quick }
     }

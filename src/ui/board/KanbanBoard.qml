@@ -21,6 +21,7 @@ FocusScope {
         id: layout
         board: root.board
         drag: cardDrag
+        flights: flights
         availableWidth: root.width - 2 * windowPadding
         columnCount: headers.count
         hasFocus: root.activeFocus
@@ -30,7 +31,11 @@ FocusScope {
             revealing.card = card;
             revealing.restart();
         }
-        onDraggedOver: position => autoScroll.pointerY = lanes.mapFromItem(null, position).y
+        onDraggedOver: position => {
+            cardDrag.moveTo(position);
+            verticalScroll.pointer = lanes.mapFromItem(null, position).y;
+            horizontalScroll.pointer = strip.mapFromItem(null, position).x;
+        }
     }
     Connections {
         target: root.board
@@ -70,6 +75,17 @@ FocusScope {
             stripScroll.glideTo(right - strip.width);
     }
 
+    // Between the cells nothing can be dropped, but what is dragged is still to be seen.
+    DropArea {
+        anchors.fill: parent
+        onEntered: drag => {
+            drag.accepted = cardDrag.active;
+            if (drag.accepted)
+                ++cardDrag.placesBelow;
+        }
+        onPositionChanged: drag => layout.draggedOver(mapToItem(null, drag.x, drag.y))
+        onExited: --cardDrag.placesBelow
+    }
     BoardIndicators {
         id: indicators
         width: parent.width
@@ -152,13 +168,23 @@ FocusScope {
         }
     }
 
+    CardFlights {
+        id: flights
+        anchors.fill: parent
+    }
     CardDrag {
         id: cardDrag
+        anchors.fill: parent
         board: root.board
     }
     AutoScroll {
-        id: autoScroll
+        id: verticalScroll
         scroller: laneScroll
+        wanted: cardDrag.active
+    }
+    AutoScroll {
+        id: horizontalScroll
+        scroller: stripScroll
         wanted: cardDrag.active
     }
 }

@@ -91,7 +91,7 @@ Rectangle {
 
         function update(drag: var) {
             drag.accepted = root.frame.board.dragOver(root.cell, offer, drag.y / root.zoom);
-            root.frame.draggedOver(root.mapToItem(null, drag.x, drag.y));
+            root.frame.draggedOver(mapToItem(null, drag.x, drag.y));
         }
 
         onEntered: drag => {
@@ -100,9 +100,14 @@ Rectangle {
                 offered[format] = drag.getDataAsString(format);
             offer = offered;
             update(drag);
+            if (drag.accepted)
+                ++root.frame.drag.placesBelow;
         }
         onPositionChanged: drag => update(drag)
-        onExited: root.frame.board.dragLeft(root.cell)
+        onExited: {
+            --root.frame.drag.placesBelow;
+            root.frame.board.dragLeft(root.cell);
+        }
         onDropped: drag => {
             if (root.frame.board.drop(root.cell, offer, drag.y / root.zoom))
                 drag.accept(Qt.MoveAction);

@@ -16,6 +16,8 @@ Item {
     property bool hovered: false
     property bool lifted: false
     property real zoom: 1
+    /** How far the card steps back behind the others, from 0 to 1. */
+    property real veil: 0
 
     readonly property real padding: Theme.cardPadding * zoom
     readonly property bool showsMetadata: zoom >= 0.6
@@ -109,6 +111,19 @@ Item {
         }
     }
 
+    // Not by opacity: through a translucent card its own parts would be seen.
+    Rectangle {
+        anchors.fill: parent
+        anchors.margins: -1
+        anchors.bottomMargin: -3
+        visible: opacity > 0
+        opacity: root.veil
+        color: Theme.cell
+
+        Behavior on opacity {
+            NumberAnimation { duration: Theme.quick }
+        }
+    }
     Lazy {
         id: failure
         active: root.operationError !== ""
