@@ -1,10 +1,12 @@
 #pragma once
 
 #include "persistence/BackgroundSaveIndicator.h"
+#include "viewmodels/AnalyzeViewModel.h"
 #include "viewmodels/AppearanceModel.h"
 #include "viewmodels/BoardLoadingViewModel.h"
 #include "viewmodels/BoardViewModel.h"
 #include "viewmodels/Commands.h"
+#include "viewmodels/OptimizeViewModel.h"
 #include "viewmodels/QuickAddViewModel.h"
 #include "viewmodels/TaskListViewModel.h"
 #include "viewmodels/ToastViewModel.h"
@@ -49,6 +51,8 @@ class AppViewModel : public QObject
     Q_PROPERTY(vantrel::BoardLoadingViewModel *loading READ loading CONSTANT)
     Q_PROPERTY(vantrel::TaskListViewModel *taskList READ taskList CONSTANT)
     Q_PROPERTY(vantrel::BoardViewModel *board READ board CONSTANT)
+    Q_PROPERTY(vantrel::AnalyzeViewModel *analyze READ analyze CONSTANT)
+    Q_PROPERTY(vantrel::OptimizeViewModel *optimize READ optimize CONSTANT)
     Q_PROPERTY(vantrel::Commands *commands READ commands CONSTANT)
     Q_PROPERTY(vantrel::QuickAddViewModel *quickAdd READ quickAdd CONSTANT)
     Q_PROPERTY(vantrel::ToastViewModel *toast READ toast CONSTANT)
@@ -63,6 +67,8 @@ public:
     BoardLoadingViewModel *loading() { return &m_loading; }
     TaskListViewModel *taskList() { return &m_taskList; }
     BoardViewModel *board() { return &m_board; }
+    AnalyzeViewModel *analyze() { return &m_analyze; }
+    OptimizeViewModel *optimize() { return &m_optimize; }
     Commands *commands() { return &m_commands; }
     QuickAddViewModel *quickAdd() { return &m_quickAdd; }
     ToastViewModel *toast() { return &m_toast; }
@@ -91,6 +97,8 @@ private:
     BoardLoadingViewModel m_loading;
     TaskListViewModel m_taskList;
     BoardViewModel m_board;
+    AnalyzeViewModel m_analyze;
+    OptimizeViewModel m_optimize;
     Commands m_commands;
     QuickAddViewModel m_quickAdd;
     ToastViewModel m_toast;
