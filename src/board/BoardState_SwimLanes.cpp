@@ -2,6 +2,7 @@
 #include "foundations/Log.h"
 
 #include <algorithm>
+#include <tuple>
 
 namespace vantrel {
 
@@ -22,7 +23,8 @@ void BoardState::removeSwimLane(SwimLaneId id)
     const SwimLaneId target = m_swimLaneManager.defaultSwimLane().id;
     const QSet<CellId> entered = relocate([id](const TaskPosition &place) { return place.swimLaneId == id; },
                                           [target](TaskPosition &place) { place.swimLaneId = target; });
-    m_swimLaneManager.removeSwimLane(id);
+    // Where its tasks stood is known here: nobody awaits the store's answer.
+    std::ignore = m_swimLaneManager.removeSwimLane(id);
     storeCells(entered);
     invalidateDerivedCollections();
     postSwimLaneWIPCountsChanged();

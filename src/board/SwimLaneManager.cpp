@@ -106,22 +106,25 @@ bool SwimLaneManager::canRemoveSwimLane(SwimLaneId id) const
     return lane && !lane->isDefault() && m_swimLanes.size() >= 2;
 }
 
-QHash<QString, ColumnId> SwimLaneManager::removeSwimLane(SwimLaneId id)
+QCoro::Task<QHash<QString, ColumnId>> SwimLaneManager::removeSwimLane(SwimLaneId id)
 {
     QHash<QString, ColumnId> movedTasks;
     if (!canRemoveSwimLane(id)) {
-        return movedTasks;
+        co_return movedTasks;
     }
-    for (const PersistentTaskPosition &row : m_persistence.loadAllTaskPositions()) {
-        if (row.swimLaneId == id) {
-            movedTasks.insert(row.id, row.columnId);
-        }
-    }
+    auto askedRows = m_persistence.readAllTaskPositions();
     m_persistence.moveSwimLaneTaskPositions(id, defaultSwimLane().id);
     m_swimLanes.erase(m_swimLanes.begin() + indexOf(id));
     numberByIndex(m_swimLanes);
     saveAndTriggerUpdates();
-    return movedTasks;
+    auto rows = co_await std::move(askedRows);
+    for (const PersistentTaskPosition &row :
+         std::move(rows).value_or(std::vector<PersistentTaskPosition>())) {
+        if (row.swimLaneId == id) {
+            movedTasks.insert(row.id, row.columnId);
+        }
+    }
+    co_return movedTasks;
 }
 
 void SwimLaneManager::updateSwimLaneHeight(SwimLaneId id, double height)

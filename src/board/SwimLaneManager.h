@@ -4,6 +4,7 @@
 #include "foundations/NotificationCenter.h"
 #include "foundations/SwimLane.h"
 
+#include <QCoroTask>
 #include <QHash>
 #include <QObject>
 
@@ -45,9 +46,11 @@ public:
     bool moveSwimLane(int from, int to);
     /** False for an unknown id, the default swimlane and the only one. */
     bool canRemoveSwimLane(SwimLaneId id) const;
-    /** Moves the stored rows of the swimlane to the default one, and removes it; tells where its tasks stood.
+    /**
+     * Moves the stored rows of the swimlane to the default one, and removes it, all before this returns.
+     * What is to be awaited is the store's answer where the swimlane's tasks stood.
      */
-    QHash<QString, ColumnId> removeSwimLane(SwimLaneId id);
+    QCoro::Task<QHash<QString, ColumnId>> removeSwimLane(SwimLaneId id);
     /** Clamped to MinimumHeight and MaximumHeight. */
     void updateSwimLaneHeight(SwimLaneId id, double height);
     void toggleSwimLaneExpanded(SwimLaneId id);

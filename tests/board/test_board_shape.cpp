@@ -2,6 +2,7 @@
 #include "board/SwimLaneManager.h"
 #include "foundations/Log.h"
 #include "foundations/NotificationNames.h"
+#include "support/Await.h"
 #include "support/TestRegistry.h"
 #include "support/TestStore.h"
 
@@ -249,9 +250,9 @@ void TestBoardShape::aRemovedSwimLaneLeavesItsRowsAndBlocksToTheDefaultOne()
     const QHash<QString, ColumnId> expected{{u"plaintext-1"_s, columns[0].id},
                                             {u"plaintext-2"_s, columns[1].id}};
 
-    QVERIFY(manager->removeSwimLane(manager->defaultSwimLane().id).isEmpty());
-    QVERIFY(manager->removeSwimLane(SwimLaneId::create()).isEmpty());
-    QCOMPARE(manager->removeSwimLane(home.id), expected);
+    QVERIFY(await(manager->removeSwimLane(manager->defaultSwimLane().id)).isEmpty());
+    QVERIFY(await(manager->removeSwimLane(SwimLaneId::create())).isEmpty());
+    QCOMPARE(await(manager->removeSwimLane(home.id)), expected);
 
     for (const PersistentTaskPosition &row : store().loadAllTaskPositions()) {
         QCOMPARE(row.swimLaneId, manager->defaultSwimLane().id);
