@@ -331,7 +331,8 @@ private:
     void handleTaskAddedToBoardStateNotification(const Notification &notification);
     QCoro::Task<> takeOverPlainTextTask(QString taskId);
     QCoro::Task<> addPlainTextTask(QString taskId);
-    QCoro::Task<WorkItemPtr> reloadPlainTextTask(QString taskId);
+    QCoro::Task<WorkItemPtr> plainTextTask(QString taskId);
+    QCoro::Task<WorkItemPtr> reloadedPlainTextTask(QString taskId);
     std::optional<TaskPosition> placeWithoutRow(const QString &taskId) const;
     void moveDirectly(const WorkItemPtr &task, CellId cell, int position);
     void guardUpdate();

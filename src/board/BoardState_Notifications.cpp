@@ -30,6 +30,14 @@ std::optional<AnyId> idFrom(const QVariant &value)
                                      : AnyId::fromText(value.toString());
 }
 
+/** Looks from the end, where the newest stand. */
+WorkItemPtr taskOfId(const WorkItems &tasks, const QString &taskId)
+{
+    const auto found = std::find_if(tasks.rbegin(), tasks.rend(),
+                                    [&taskId](const WorkItemPtr &task) { return task->id() == taskId; });
+    return found != tasks.rend() ? *found : nullptr;
+}
+
 } // namespace
 
 void BoardState::observeNotifications()
@@ -166,20 +174,16 @@ QCoro::Task<> BoardState::takeOverPlainTextTask(QString taskId)
 QCoro::Task<> BoardState::addPlainTextTask(QString taskId)
 {
     const QPointer<BoardState> self(this);
-    const WorkItemPtr task = co_await reloadPlainTextTask(taskId);
+    const WorkItemPtr task = co_await plainTextTask(taskId);
     std::optional<TaskPosition> place = self && task ? placeWithoutRow(taskId) : std::nullopt;
     if (!place) {
         co_return;
     }
-    auto read = co_await m_services.persistence.readAllTaskPositions();
+    const auto row = co_await m_services.persistence.readTaskPosition(taskId);
     if (!self) {
         co_return;
     }
-    const auto rows = std::move(read).value_or(std::vector<PersistentTaskPosition>());
-    const auto row = std::find_if(rows.begin(), rows.end(), [this, &taskId](const PersistentTaskPosition &r) {
-        return r.id == taskId && m_columnManager.column(r.columnId);
-    });
-    if (row == rows.end()) {
+    if (!row || !m_columnManager.column(row->columnId)) {
         log::warning(
             u"⚠️ Task position not found in persistence manager, will be created during import"_s);
         place->position = static_cast<int>(m_placements.size(place->cell()));
@@ -208,18 +212,37 @@ std::optional<TaskPosition> BoardState::placeWithoutRow(const QString &taskId) c
 }
 
 /** The task as its source has it now; nullptr if it has none of that id. */
-QCoro::Task<WorkItemPtr> BoardState::reloadPlainTextTask(QString taskId)
+QCoro::Task<WorkItemPtr> BoardState::plainTextTask(QString taskId)
 {
     PlainTextTaskManager *plainText = plainTextManager();
     TaskManagerProtocol &manager = m_services.managers.manager(TaskManagerType::PlainText);
     log::info(u"🎯 Got plain text manager: %1"_s.arg(manager.taskManagerName()));
+    WorkItemPtr task = plainText ? taskOfId(plainText->loadedTasks(), taskId) : nullptr;
+    if (!task) {
+        task = co_await reloadedPlainTextTask(taskId);
+    }
+    if (task) {
+        log::info(u"🎯 Found task %1 in task manager: %2"_s.arg(taskId, task->name()));
+    } else {
+        log::error(u"❌ Could not find task %1 in task manager"_s.arg(taskId));
+    }
+    co_return task;
+}
+
+/**
+ * For a task that its source does not know yet. Those that were created in this run it has at hand, and a
+ * board of thousands is not read anew for each line that is typed.
+ */
+QCoro::Task<WorkItemPtr> BoardState::reloadedPlainTextTask(QString taskId)
+{
+    PlainTextTaskManager *plainText = plainTextManager();
     WorkItems tasks;
     try {
         if (plainText) {
             log::info(u"🎯 Force reloading tasks from plain text manager"_s);
             tasks = co_await plainText->forceReloadTasks();
         } else {
-            tasks = co_await manager.fetchTasks();
+            tasks = co_await m_services.managers.manager(TaskManagerType::PlainText).fetchTasks();
         }
     } catch (const std::exception &error) {
         log::error(u"❌ Failed to load tasks from plain text manager: "_s + QString::fromUtf8(error.what()));
@@ -227,14 +250,7 @@ QCoro::Task<WorkItemPtr> BoardState::reloadPlainTextTask(QString taskId)
     }
     log::info(u"🎯 Loaded %1 tasks from plain text manager %2"_s.arg(
         QString::number(tasks.size()), plainText ? u"(force reload)"_s : u"(regular fetch)"_s));
-    const auto found = std::find_if(tasks.begin(), tasks.end(),
-                                    [&taskId](const WorkItemPtr &task) { return task->id() == taskId; });
-    if (found == tasks.end()) {
-        log::error(u"❌ Could not find task %1 in task manager"_s.arg(taskId));
-        co_return WorkItemPtr();
-    }
-    log::info(u"🎯 Found task %1 in task manager: %2"_s.arg(taskId, (*found)->name()));
-    co_return *found;
+    co_return taskOfId(tasks, taskId);
 }
 
 } // namespace vantrel

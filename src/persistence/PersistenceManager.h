@@ -66,6 +66,8 @@ public:
     /** All that the board remembers, as one consistent pass; nothing if any of it could not be read. */
     QCoro::Task<std::optional<BoardMemory>> readBoardMemory();
     QCoro::Task<std::optional<std::vector<PersistentTaskPosition>>> readAllTaskPositions();
+    /** The row of one task; nothing if it has none or cannot be read. */
+    QCoro::Task<std::optional<PersistentTaskPosition>> readTaskPosition(QString taskId);
     /** See loadTaskPositions(). */
     QCoro::Task<std::optional<std::vector<PersistentTaskPosition>>>
     readTaskPositions(ColumnId columnId, std::optional<SwimLaneId> swimLaneId);

@@ -65,6 +65,11 @@ QCoro::Task<std::optional<std::vector<PersistentTaskPosition>>> PersistenceManag
     return readLater(*m_store, [store = m_store.get()] { return store->positions.loadAll(); });
 }
 
+QCoro::Task<std::optional<PersistentTaskPosition>> PersistenceManager::readTaskPosition(QString taskId)
+{
+    return readLater(*m_store, [store = m_store.get(), taskId] { return store->positions.load(taskId); });
+}
+
 QCoro::Task<std::optional<std::vector<PersistentTaskPosition>>>
 PersistenceManager::readTaskPositions(ColumnId columnId, std::optional<SwimLaneId> swimLaneId)
 {

@@ -124,6 +124,13 @@ std::optional<std::vector<PersistentTaskPosition>> PositionStore::loadAll()
     return m_lastRead->rows;
 }
 
+std::optional<PersistentTaskPosition> PositionStore::load(const QString &taskId)
+{
+    SqliteStatement query = connection().prepare(selectPositions("WHERE id = ?").c_str());
+    query.bind(1, taskId);
+    return query.step() ? PositionRowReader(query).read() : std::nullopt;
+}
+
 std::optional<std::vector<PersistentTaskPosition>> PositionStore::readAll()
 {
     std::vector<PersistentTaskPosition> rows;

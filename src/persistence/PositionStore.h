@@ -29,6 +29,8 @@ public:
 
     /** Ordered by column, then position. Asked again with nothing written meanwhile, it reads nothing. */
     std::optional<std::vector<PersistentTaskPosition>> loadAll();
+    /** The row of one task; nothing if it has none either. */
+    std::optional<PersistentTaskPosition> load(const QString &taskId);
     /** Gives back the memory that a quick second loadAll() would profit from. */
     void forgetLastRead() { m_lastRead.reset(); }
     /** Ordered and, if there are gaps or ties, renumbered from 0, in the store too. */

@@ -1,8 +1,10 @@
 #include "TestBoard.h"
 #include "foundations/Launch.h"
+#include "foundations/Log.h"
 #include "foundations/NotificationNames.h"
 #include "support/TestRegistry.h"
 
+#include <QScopeGuard>
 #include <QSignalSpy>
 #include <QTest>
 
@@ -78,6 +80,7 @@ private Q_SLOTS:
     void eachAssignmentReorganisesOnce();
     void focusIsToggledForTheSelectedTask();
     void aCreatedTaskAppearsAtItsStoredPlace();
+    void aCreatedTaskAppearsWithoutReadingTheWholeStore();
     void aCreatedTaskThatIsGoneIsNotShown();
 };
 
@@ -332,6 +335,27 @@ void TestLoading::aCreatedTaskAppearsAtItsStoredPlace()
     tasks.insert(tasks.begin(), makeTask(shown.back()->id()));
     board.organize(tasks);
     QCOMPARE(board.cell(board.todo()), order);
+}
+
+void TestLoading::aCreatedTaskAppearsWithoutReadingTheWholeStore()
+{
+    LoadingBoard board;
+    LogManager logManager(board.store.defaults);
+    logManager.setMinimumLogLevel(LogLevel::Info);
+    const auto restore = qScopeGuard([&] { logManager.setMinimumLogLevel(LogLevel::Notice); });
+    const LogWriter writer(LogWriter::Output::Silent);
+    LogWriter::forgetMessages();
+    NewTask task;
+    for (const QString &name : {u"one"_s, u"two"_s}) {
+        task.name = name;
+        launch(create(board.plainText(), task), u"create"_s);
+        board.settle();
+    }
+    QCOMPARE(board->cell(board.first(), board.todo()).size(), 2u);
+    const QStringList log = LogWriter::recentMessages();
+    QCOMPARE(log.filter(u"Found task position in persistence manager: 1"_s).size(), 1);
+    const QStringList readings = log.filter(u"from database in a single query"_s);
+    QVERIFY2(readings.isEmpty(), qPrintable(readings.join(u'\n')));
 }
 
 void TestLoading::aCreatedTaskThatIsGoneIsNotShown()
