@@ -184,7 +184,8 @@ void BoardState::noteWhetherStoreWasRead(bool wasRead)
     if (!wasRead) {
         log::error(u"Could not read the stored placements: nothing is written or removed"_s);
     }
-    if (!wasRead && !m_hasToldOfFailedRead) {
+    // Where there is no database at all, that has been told in better words.
+    if (!wasRead && !m_hasToldOfFailedRead && !m_services.persistence.isWithoutDatabase()) {
         m_services.toasts.show(tr("The stored board could not be read. Nothing in it was changed."),
                                ToastManager::ToastStyle::Error);
     }

@@ -9,6 +9,8 @@
 #include <QDir>
 #include <QFileInfo>
 
+#include <algorithm>
+
 namespace vantrel {
 
 namespace {
@@ -98,6 +100,14 @@ std::vector<StorageProblem> PersistenceManager::problems() const
 {
     const QMutexLocker lock(&m_problemsMutex);
     return m_problems;
+}
+
+bool PersistenceManager::isWithoutDatabase() const
+{
+    const QMutexLocker lock(&m_problemsMutex);
+    return std::any_of(m_problems.begin(), m_problems.end(), [](const StorageProblem &problem) {
+        return problem.kind == StorageProblem::Kind::DatabaseNotOpened;
+    });
 }
 
 QString PersistenceManager::taskPositionsDatabaseName() const

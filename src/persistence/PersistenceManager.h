@@ -58,6 +58,9 @@ public:
     /** All problems found so far, oldest first. */
     std::vector<StorageProblem> problems() const;
 
+    /** True if the database could not be opened: in this run nothing is stored, and nothing can be read. */
+    bool isWithoutDatabase() const;
+
     /** "taskPositions.sqlite", or its name in the testing environment. */
     QString taskPositionsDatabaseName() const;
 

@@ -194,8 +194,16 @@ private Q_SLOTS:
 
         story.start();
 
+        QCOMPARE(story->board->loadingState(), BoardLoadingState::Loaded);
         QCOMPARE(story.columns(), (QStringList{u"To Do"_s, u"Doing"_s, u"Done"_s}));
         QVERIFY2(story.toast().contains(story.config.directory), qPrintable(story.toast()));
+        story.createTasks({u"a"_s, u"b"_s});
+        story.move(u"b"_s, u"Doing"_s);
+        story.settle();
+        story.advance(31.0);
+        story.refresh();
+        QCOMPARE(story.shownIn(u"To Do"_s), QStringList{u"a"_s});
+        QCOMPARE(story.shownIn(u"Doing"_s), QStringList{u"b"_s});
         QVERIFY(story.desktop.announcements.announcements.front().priority == AnnouncementPriority::High);
         QCOMPARE(contentOf(file), QByteArray("mine"));
     }

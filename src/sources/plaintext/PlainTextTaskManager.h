@@ -36,7 +36,10 @@ public:
                          QObject *parent = nullptr);
     ~PlainTextTaskManager() override;
 
-    /** Reads the store and brings rows and places together. Throws a SourceError if it cannot be read. */
+    /**
+     * Reads the store and brings rows and places together. Throws a SourceError if it cannot be read; where
+     * there is no store at all, the tasks in memory are all there is.
+     */
     QCoro::Task<WorkItems> fetchTasks() override;
     /** The complete ones of loadedTasks(), however long ago they were completed. */
     QCoro::Task<WorkItems> fetchCompletedTasks(int lookbackDays) override;
@@ -100,6 +103,7 @@ private:
 
     // Fetching (PlainTextTaskManager_Fetching.cpp)
     QCoro::Task<> readAndTakeOver();
+    /** nullptr where there is no store, or where this object is gone. */
     QCoro::Task<std::shared_ptr<ReconciledTasks>> readStore();
     QCoro::Task<WorkItems> takeOverAll(std::shared_ptr<ReconciledTasks> told);
     void expectAllTasks();

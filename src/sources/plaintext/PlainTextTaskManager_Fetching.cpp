@@ -83,7 +83,7 @@ QCoro::Task<> PlainTextTaskManager::readAndTakeOver()
     elapsed.start();
     const QPointer self(this);
     const Told told = co_await readStore();
-    if (!self) {
+    if (!self || !told) {
         co_return;
     }
     logDisagreement(*told);
@@ -114,6 +114,10 @@ QCoro::Task<std::shared_ptr<ReconciledTasks>> PlainTextTaskManager::readStore()
     auto rows = co_await std::move(askedRows);
     auto places = co_await std::move(askedPlaces);
     if (!self) {
+        co_return Told();
+    }
+    if ((!rows || !places) && m_persistence.isWithoutDatabase()) {
+        // The user knows, and goes on with what is in memory.
         co_return Told();
     }
     if (!rows || !places) {
