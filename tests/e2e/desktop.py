@@ -104,15 +104,23 @@ class Desktop:
         """The title of the window that has the keyboard."""
         return self.xdotool("getwindowfocus", "getwindowname")
 
+    def minimize(self, title):
+        self.xdotool("search", "--onlyvisible", "--name", f"^{title}$", "windowminimize")
+
     def press(self, *keys):
         self.xdotool("key", "--delay", 30, *keys)
 
     def type(self, text):
         self.xdotool("type", "--delay", 5, text)
 
+    def move_mouse(self, place):
+        # Not "--sync": that waits many seconds for a pointer that is there already.
+        self.xdotool("mousemove", *place)
+        time.sleep(0.04)
+
     def click(self, place, *modifiers):
         """Clicks with the left button, while the modifiers are held."""
-        self.xdotool("mousemove", "--sync", *place)
+        self.move_mouse(place)
         for modifier in modifiers:
             self.xdotool("keydown", modifier)
         self.xdotool("click", 1)
@@ -122,13 +130,12 @@ class Desktop:
     def drag(self, start, end):
         """Drags with the left button in a dozen steps, as a hand does."""
         steps = 12
-        self.xdotool("mousemove", "--sync", *start)
+        self.move_mouse(start)
         time.sleep(0.2)
         self.xdotool("mousedown", 1)
         for step in range(1, steps + 1):
             point = [a + (b - a) * step // steps for a, b in zip(start, end)]
-            self.xdotool("mousemove", "--sync", *point)
-            time.sleep(0.04)
+            self.move_mouse(point)
         time.sleep(0.3)
         self.xdotool("mouseup", 1)
 

@@ -7,7 +7,7 @@ import sqlite3
 
 from desktop import wait_for
 
-HEADER = re.compile(r"column header for (.*) \[type .*\] - (\d+) tasks?")
+HEADER = re.compile(r"column header for (.*) \[type .*\] - (\d+) tasks?(?: \(wip exceeded.*\))?")
 
 
 class Vantrel:
@@ -48,10 +48,11 @@ class Vantrel:
         return {header[1]: int(header[2]) for header in headers if header}
 
     def cards(self, column):
-        """The cards that the column shows, from top to bottom; it makes only those near the view."""
+        """The cards of a column that can be seen, from top to bottom."""
         program = self._look()
-        lists = [part for part in program.all("list") if part.name == column] if program else []
-        cards = [card for part in lists for card in part.all("list item") if card.is_showing]
+        cells = [part for part in program.all("list") if part.name == column] if program else []
+        cards = [card for cell in cells for card in cell.all("list item")
+                 if card.is_showing and cell.y < card.y + card.height and card.y < cell.y + cell.height]
         return sorted(cards, key=lambda card: card.y)
 
     def card(self, name):
@@ -65,16 +66,11 @@ class Vantrel:
     def _find(self, name):
         program = self._look()
         found = [card for card in program.all("list item") if card.name == name] if program else []
-        return found[0] if found and found[0].is_showing else None
+        return next((card for card in found if card.is_showing), None)
 
     def list_of(self, column):
         """The part in which the cards of a column lie."""
         return next(part for part in self._look().all("list") if part.name == column)
-
-    def place_in(self, column):
-        """A place behind the cards of a column, for dropping."""
-        cell = self.list_of(column)
-        return cell.x + cell.width // 2, cell.y + cell.height - 12
 
     def notice(self):
         """The text of the notice on show."""
