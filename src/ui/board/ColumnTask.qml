@@ -64,7 +64,7 @@ Item {
         if (item.activeFocus)
             frame.focusRequested();
         frame.flights.land(card.id);
-        // The view only leaves it undrawn: a screen reader would go on telling of a card that is gone.
+        // The view only leaves it undrawn: to a screen reader it would still be there.
         visible = false;
     }
 
@@ -94,6 +94,7 @@ Item {
         operationError: root.operationError
         hovered: hover.hovered
         zoom: root.frame.zoom
+        Accessible.ignored: !root.visible
         Accessible.onPressAction: root.board.tapCard(root.card.id, false)
         onRetryRequested: root.board.retry(root.card.id)
 
