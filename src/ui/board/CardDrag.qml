@@ -18,18 +18,23 @@ Item {
     /** Where the lifted card is, in this item. */
     readonly property rect place: Qt.rect(picture.x, picture.y, picture.size.width, picture.size.height)
 
+    /** What was dragged has been dropped: gaps close at once, as the cards themselves fill them. */
+    property bool hasDropped: false
     /** Places that the pointer is over while it drags; none outside of the board. */
     property int placesBelow: 0
 
-    /** Lifts the card; `isHeld` tells whether the pointer still holds it when that can begin. */
-    function begin(card: KanbanCard, grip: point, isHeld: var) {
-        // Not before the present event is through: a drag runs an event loop of its own.
-        Qt.callLater(root.start, card, grip, isHeld);
+    /** Lifts the card if `pointer` still holds it when that can begin. */
+    function begin(card: KanbanCard, pointer: DragHandler) {
+        lifting.card = card;
+        lifting.grip = card.mapFromItem(null, pointer.centroid.scenePressPosition);
+        lifting.pointer = pointer;
+        // A handler also takes a pointer that was pressed elsewhere and comes over its card.
+        if (card.contains(lifting.grip))
+            lifting.restart();
     }
-    function start(card: KanbanCard, grip: point, isHeld: var) {
-        if (!isHeld())
-            return;
+    function lift(card: KanbanCard, grip: point) {
         placesBelow = 0;
+        hasDropped = false;
         picture.zoom = card.zoom;
         picture.size = Qt.size(card.width, card.height);
         picture.grip = grip;
@@ -48,6 +53,17 @@ Item {
         picture.y = here.y - picture.grip.y;
     }
 
+    // Not before the present event is through: a drag runs an event loop of its own.
+    Timer {
+        id: lifting
+
+        property KanbanCard card: null
+        property point grip
+        property DragHandler pointer: null
+
+        interval: 0
+        onTriggered: if (card && pointer.active) root.lift(card, grip)
+    }
     Item {
         id: proxy
         Drag.dragType: Drag.Automatic

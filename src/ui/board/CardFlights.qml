@@ -1,7 +1,6 @@
 pragma ComponentBehavior: Bound
 
 import QtQuick
-import Vantrel.ViewModels
 
 /**
  * Cards on their way from one cell to another, or from the pointer to their place. Each cell is a view of its own, in

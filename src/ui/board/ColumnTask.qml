@@ -30,7 +30,34 @@ Item {
     height: landing + (isTakenOut ? 0 : item.height + frame.cardGap)
 
     Behavior on landing {
+        enabled: !root.frame.drag.hasDropped
         NumberAnimation { duration: Theme.quick; easing.type: Easing.OutCubic }
+    }
+
+    // Rows slide by themselves when others come or go before them: what a view does for that gives them places that go
+    // stale as soon as a row changes its height.
+    transform: Translate { id: shift }
+    property real placeBefore: 0
+    property bool isDisplaced: false
+
+    onIndexChanged: {
+        placeBefore = y + shift.y;
+        isDisplaced = true;
+    }
+    onYChanged: {
+        if (!isDisplaced)
+            return;
+        isDisplaced = false;
+        sliding.from = placeBefore - y;
+        sliding.restart();
+    }
+    NumberAnimation {
+        id: sliding
+        target: shift
+        property: "y"
+        to: 0
+        duration: Theme.move
+        easing.type: Easing.OutCubic
     }
 
     function takeFocus() {
@@ -54,8 +81,14 @@ Item {
             appearing.restart();
     }
     ListView.onRemove: frame.flights.depart(root)
-    Component.onCompleted: come()
+    Component.onCompleted: {
+        isDisplaced = false;
+        come();
+    }
     ListView.onReused: {
+        sliding.stop();
+        shift.y = 0;
+        isDisplaced = false;
         visible = true;
         opacity = 1;
         come();
@@ -83,8 +116,7 @@ Item {
         y: root.landing
         width: root.width - 2 * x
         height: implicitHeight
-        visible: !root.isTakenOut
-        opacity: root.isInFlight ? 0 : 1
+        opacity: root.isInFlight || root.isTakenOut ? 0 : 1
         veil: root.isDragged ? 0.65 : root.isDimmed ? 0.75 : 0
         card: root.card
         isSelected: root.isSelected
@@ -114,7 +146,7 @@ Item {
             acceptedDevices: PointerDevice.Mouse | PointerDevice.Stylus
             onActiveChanged: {
                 if (active)
-                    root.frame.drag.begin(item, item.mapFromItem(null, centroid.scenePressPosition), () => drag.active);
+                    root.frame.drag.begin(item, drag);
                 else
                     root.frame.drag.end();
             }

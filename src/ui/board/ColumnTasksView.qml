@@ -18,12 +18,17 @@ ListView {
     /** The gap behind the last card, where dragged cards would land. */
     property real tail: dropRow >= 0 && dropRow === count ? landingHeight + frame.cardGap : 0
 
+    /** The card with the focus is one of these, as far as is known. */
+    property bool hasFocused: false
     property bool isDraggedOver: false
-    property real contentYBeforeDrag: 0
+    property real scrolledBeforeDrag: 0
+    /** How far the cell is scrolled. */
+    readonly property real scrolled: contentY - originY + topMargin
 
     onTailChanged: if (dropRow >= 0 && dropRow === count) positionViewAtEnd()
 
     Behavior on tail {
+        enabled: !root.frame.drag.hasDropped
         NumberAnimation { duration: Theme.quick }
     }
 
@@ -31,18 +36,38 @@ ListView {
     clip: true
     interactive: false
     reuseItems: true
+    // The view would keep its current row, wherever it is.
+    currentIndex: -1
     cacheBuffer: 60
     topMargin: frame.cellPadding
     bottomMargin: frame.cellPadding - frame.cardGap + tail
     T.ScrollBar.vertical: AppScrollBar {}
 
-    Component.onCompleted: contentY = originY - topMargin + (cell?.scrollPosition ?? 0)
-    Component.onDestruction: if (cell) cell.scrollPosition = contentY - originY + topMargin
+    Component.onCompleted: scrollTo(cell?.scrollPosition ?? 0)
+    Component.onDestruction: if (cell) cell.scrollPosition = scrolled
 
+    function scrollTo(place: real) {
+        contentY = originY - topMargin + place;
+    }
     function showFocused() {
         const row = cell?.rowOf(frame.board.focusedTaskId) ?? -1;
-        if (row >= 0)
+        hasFocused = row >= 0;
+        if (hasFocused)
             positionViewAtIndex(row, ListView.Contain);
+    }
+
+    // A card that is moved here by key goes on being seen.
+    onCountChanged: arriving.restart()
+
+    Timer {
+        id: arriving
+        interval: 0
+        onTriggered: {
+            const had = root.hasFocused;
+            root.hasFocused = root.cell?.rowOf(root.frame.board.focusedTaskId) >= 0;
+            if (root.hasFocused && !had)
+                root.showFocused();
+        }
     }
 
     Connections {
@@ -50,39 +75,32 @@ ListView {
 
         function onFocusedTaskChanged() { root.showFocused(); }
     }
-    Connections {
-        target: root.cell
-
-        // A card that was moved here by key goes on being seen.
-        function onRowsInserted(parent, first, last) {
-            const row = root.cell.rowOf(root.frame.board.focusedTaskId);
-            if (row >= first && row <= last)
-                Qt.callLater(root.showFocused);
-        }
-    }
-    // While something is dragged over the cell the view shows where it would land; afterwards it is as it was.
+    // While something is dragged over the cell the view shows where it would land; afterwards it is as it was. What has
+    // been dropped may shift the origin a little later.
     onDropRowChanged: {
         if (dropRow < 0) {
-            contentY = contentYBeforeDrag;
             isDraggedOver = false;
+            restoring.restart();
+            scrollTo(scrolledBeforeDrag);
             return;
         }
         if (!isDraggedOver) {
             isDraggedOver = true;
-            contentYBeforeDrag = contentY;
+            scrolledBeforeDrag = scrolled;
         }
         positionViewAtIndex(Math.min(dropRow, count - 1), ListView.Contain);
     }
+    onOriginYChanged: if (restoring.running) scrollTo(scrolledBeforeDrag)
 
+    Timer {
+        id: restoring
+        interval: 2 * Theme.move + 50
+    }
     WheelScroll {
         flickable: root
         turn: root.frame.wheelTurn
     }
 
-    displaced: Transition {
-        NumberAnimation { property: "y"; duration: Theme.move; easing.type: Easing.OutCubic }
-    }
-    move: displaced
     remove: Transition {
         NumberAnimation { property: "opacity"; to: 0; duration: Theme.quick }
     }

@@ -109,6 +109,7 @@ Rectangle {
             root.frame.board.dragLeft(root.cell);
         }
         onDropped: drag => {
+            root.frame.drag.hasDropped = true;
             if (root.frame.board.drop(root.cell, offer, drag.y / root.zoom))
                 drag.accept(Qt.MoveAction);
         }

@@ -9,8 +9,10 @@ Item {
     property real zoom: 1
 
     readonly property real gap: 6 * zoom
-    readonly property Item last: due.visible ? due : tag.visible ? tag : blocked.visible ? blocked
-        : recurrence.visible ? recurrence : flag.visible ? flag : note.visible ? note : priority.visible ? priority : source
+    // By what the card says, not by what is visible: the height must not change with that of the card itself.
+    readonly property Item last: card.dueText !== "" ? due : card.tag !== "" ? tag : card.isBlocked ? blocked
+        : card.recurrenceIcon !== "" ? recurrence : card.isFlagged ? flag : card.note !== "" ? note
+        : card.priorityIcon !== "" ? priority : source
     readonly property bool ageFits: last.x + last.width + gap + age.width <= width
 
     implicitHeight: ageFits ? flow.height : flow.height + gap / 2 + age.height
