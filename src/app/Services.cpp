@@ -1,5 +1,9 @@
 #include "app/Services.h"
 
+#include "sources/mock/MockAppleScriptManagerProxy.h"
+#include "sources/omnifocus/AppleScriptManager.h"
+
+#include <functional>
 #include <thread>
 
 namespace vantrel {
@@ -10,6 +14,25 @@ QString userDefaultsPath(const AppConfig &config)
 {
     return config.filePath(config.isTesting() ? QStringLiteral("devUser-defaults.json")
                                               : QStringLiteral("user-defaults.json"));
+}
+
+std::unique_ptr<AppleScriptManagerProtocol> makeOmniFocusBridge(const AppConfig &config, const Ports &ports,
+                                                                UserDefaults &defaults)
+{
+    if (ports.scripts) {
+        return std::make_unique<AppleScriptManager>(*ports.scripts, defaults, ports.clock);
+    }
+    Q_ASSERT_X(config.isTesting(), "makeOmniFocusBridge", "a user's board takes no sample tasks");
+    return std::make_unique<MockAppleScriptManagerProxy>(ports.clock);
+}
+
+/** No event loop runs any more: only other threads are waited for. */
+bool waitUntil(std::chrono::steady_clock::time_point end, const std::function<bool()> &isDone)
+{
+    while (!isDone() && std::chrono::steady_clock::now() < end) {
+        std::this_thread::sleep_for(std::chrono::milliseconds(1));
+    }
+    return isDone();
 }
 
 } // namespace
@@ -30,8 +53,10 @@ Services::Services(const AppConfig &appConfig, const Ports &ports)
       announcer(ports.announcements, clock),
       toasts(announcer, clock),
       sounds(ports.sounds, announcer, defaults, clock),
+      omniFocusBridge(makeOmniFocusBridge(config, ports, defaults)),
+      omniFocus(*omniFocusBridge, clock),
       plainText(persistence, notifications, clock),
-      managers(defaults, ports.omniFocus ? *ports.omniFocus : omniFocus,
+      managers(defaults, ports.omniFocus ? *ports.omniFocus : static_cast<TaskManagerProtocol &>(omniFocus),
                ports.reminders ? *ports.reminders : reminders, plainText),
       repository(managers, persistence, notifications, clock),
       board(BoardState::createDefault({.clock = clock,
@@ -58,17 +83,26 @@ Services::~Services()
 
 bool Services::shutDown(std::chrono::milliseconds limit)
 {
+    const auto end = std::chrono::steady_clock::now() + limit;
+    if (!closeStore(end)) {
+        return false;
+    }
+    if (!waitUntil(end, [this] { return !omniFocusBridge->isBusy(); })) {
+        log::error(QStringLiteral("OmniFocus had not answered before the end"));
+        return false;
+    }
+    return true;
+}
+
+bool Services::closeStore(std::chrono::steady_clock::time_point end)
+{
     if (m_isShutDown) {
         return true;
     }
     board->persistenceQueue().handOver();
-    // No event loop runs any more: only the database thread is waited for.
-    const auto end = std::chrono::steady_clock::now() + limit;
-    while (persistence.pendingJobs() > 0 && std::chrono::steady_clock::now() < end) {
-        std::this_thread::sleep_for(std::chrono::milliseconds(1));
-    }
-    if (const qsizetype left = persistence.pendingJobs(); left > 0) {
-        log::error(QStringLiteral("%1 changes could not be stored before the end").arg(left));
+    if (!waitUntil(end, [this] { return persistence.pendingJobs() == 0; })) {
+        log::error(
+            QStringLiteral("%1 changes could not be stored before the end").arg(persistence.pendingJobs()));
         return false;
     }
     persistence.cleanup();

@@ -21,6 +21,8 @@
 #include "sources/TaskManagerFactory.h"
 #include "sources/TaskRepository.h"
 #include "sources/UnavailableTaskManager.h"
+#include "sources/omnifocus/OmniFocusTaskManager.h"
+#include "sources/omnifocus/ScriptRunner.h"
 #include "sources/plaintext/PlainTextTaskManager.h"
 #include "viewmodels/AppViewModel.h"
 
@@ -41,6 +43,8 @@ struct Ports
     UrlOpener &urls;
     Screen &screen;
     DesktopFamily desktop = DesktopFamily::Linux;
+    /** nullptr in the testing environment only: sample tasks then stand in for OmniFocus. */
+    ScriptRunner *scripts = nullptr;
     /** Sources in place of the program's own. */
     TaskManagerProtocol *omniFocus = nullptr;
     TaskManagerProtocol *reminders = nullptr;
@@ -62,8 +66,9 @@ struct Services
     Q_DISABLE_COPY_MOVE(Services)
 
     /**
-     * Hands all that is waiting to the store, waits until it is written and closes the store. False if that
-     * took longer than `limit`, or failed: what was left is in the log, and the store stays open.
+     * Hands all that is waiting to the store, waits until it is written and closes the store, then until no
+     * script runs any more. False if that took longer than `limit`, or failed: what was left is in the log,
+     * and what was not finished stays open.
      */
     bool shutDown(std::chrono::milliseconds limit);
 
@@ -87,7 +92,8 @@ struct Services
     ToastManager toasts;
     SoundManager sounds;
 
-    UnavailableTaskManager omniFocus{TaskManagerType::OmniFocus};
+    std::unique_ptr<AppleScriptManagerProtocol> omniFocusBridge;
+    OmniFocusTaskManager omniFocus;
     UnavailableTaskManager reminders{TaskManagerType::Reminders};
     PlainTextTaskManager plainText;
     TaskManagerFactory managers;
@@ -100,6 +106,8 @@ struct Services
     StorageNotices storageNotices;
 
 private:
+    bool closeStore(std::chrono::steady_clock::time_point end);
+
     bool m_isShutDown = false;
 };
 

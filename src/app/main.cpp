@@ -43,7 +43,7 @@ AppConfig prepareDirectory()
 void endInOrder(Services &services)
 {
     if (!services.shutDown(LongestGoodbye)) {
-        // A disk that does not answer would hold up the destructors for ever.
+        // A disk or a program that does not answer would hold up the destructors for ever.
         std::_Exit(EXIT_FAILURE);
     }
 }
@@ -75,7 +75,8 @@ int main(int argc, char *argv[])
                                     .clipboard = *platform.clipboard,
                                     .urls = *platform.urls,
                                     .screen = *platform.screen,
-                                    .desktop = platform.family});
+                                    .desktop = platform.family,
+                                    .scripts = platform.scripts.get()});
     AppViewModel app(viewModelServices(services));
     MainWindow window(app);
     if (!window.window()) {

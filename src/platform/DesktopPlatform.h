@@ -4,6 +4,7 @@
 #include "feedback/DesktopAppearance.h"
 #include "feedback/DesktopPorts.h"
 #include "feedback/SoundManager.h"
+#include "sources/omnifocus/ScriptRunner.h"
 
 #include <memory>
 
@@ -19,6 +20,7 @@ struct DesktopPlatform
     std::unique_ptr<Clipboard> clipboard;
     std::unique_ptr<UrlOpener> urls;
     std::unique_ptr<Screen> screen;
+    std::unique_ptr<ScriptRunner> scripts;
 };
 
 /** Needs the QGuiApplication. Each folder of a platform has its own. */

@@ -2,6 +2,7 @@
 
 #include "foundations/Date.h"
 #include "foundations/Ids.h"
+#include "sources/SourceError.h"
 #include "sources/TaskManagerProtocol.h"
 
 #include <QHash>
@@ -17,6 +18,8 @@ struct FetchedTasks
     WorkItems tasks;
     /** Sources whose permission check, settings and fetch all succeeded: only their absent tasks are gone. */
     TaskSources answeredSources;
+    /** Why others gave nothing. */
+    std::vector<TaskRepositoryError::Cause> failures;
 };
 
 /** The last tasks that were fetched, and how long they may be served. A value; owned by TaskRepository. */

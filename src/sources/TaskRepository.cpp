@@ -150,7 +150,8 @@ void TaskRepository::finish(const Run &run)
         return;
     }
     logLine(u"Fetch complete - caching " + QString::number(run.result.tasks.size()) + u" tasks");
-    m_cache.replace(run.result, run.isOutdated ? std::nullopt : std::optional(m_clock.now()));
+    const bool isComplete = !run.isOutdated && run.result.failures.empty();
+    m_cache.replace(run.result, isComplete ? std::optional(m_clock.now()) : std::nullopt);
     m_errorText.clear();
     setLoading(TaskRepositoryLoadingState::Loaded, 1.0, tr("Loading complete!"));
     m_notifications.post(notifications::TaskLoadingComplete);
@@ -301,6 +302,7 @@ void TaskRepository::takeAnswer(Run &run, std::size_t place, Answer answer)
 FetchedTasks TaskRepository::merge(const Run &run) const
 {
     FetchedTasks fetched;
+    fetched.failures = run.causes;
     for (std::size_t place = 0; place < run.managers.size(); ++place) {
         const Answer &answer = run.answers[place];
         if (answer.failure) {

@@ -21,7 +21,7 @@ AppViewModel::AppViewModel(const ViewModelServices &services, QObject *parent)
       m_appearance(services.appearance),
       m_loading(services.board),
       m_taskList(services.board, services.repository, services.managers, services.notifications,
-                 services.announcer, services.clock, services.desktop),
+                 services.announcer, services.toasts, services.clock, services.desktop),
       m_board({services.board, services.blocking, services.notifications, services.defaults, services.time,
                services.announcer, services.sounds, services.toasts, services.urls}),
       m_analyze(services.managers, services.notifications, services.announcer, services.clock),

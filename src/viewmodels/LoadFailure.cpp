@@ -95,4 +95,15 @@ LoadFailure judgeLoadFailure(const std::exception_ptr &error)
     }
 }
 
+QString noticeOfMissingTasks(const std::vector<TaskRepositoryError::Cause> &failures)
+{
+    QStringList lines;
+    // The guidance of a source fills a screen: its first line says what is missing.
+    for (const TaskRepositoryError::Cause &cause : failures) {
+        lines.append(translated(QT_TRANSLATE_NOOP("vantrel::LoadFailure", "The tasks of %1 are missing: %2"))
+                         .arg(cause.source, cause.message.section(u'\n', 0, 0)));
+    }
+    return lines.join(u'\n');
+}
+
 } // namespace vantrel

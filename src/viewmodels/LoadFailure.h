@@ -1,8 +1,11 @@
 #pragma once
 
+#include "sources/SourceError.h"
+
 #include <QString>
 
 #include <exception>
+#include <vector>
 
 namespace vantrel {
 
@@ -27,5 +30,8 @@ struct LoadFailure
  * the others are in the repository's own report.
  */
 LoadFailure judgeLoadFailure(const std::exception_ptr &error);
+
+/** What the user is told of sources that failed while others gave their tasks; empty if none did. */
+QString noticeOfMissingTasks(const std::vector<TaskRepositoryError::Cause> &failures);
 
 } // namespace vantrel

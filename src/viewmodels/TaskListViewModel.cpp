@@ -1,6 +1,7 @@
 #include "viewmodels/TaskListViewModel.h"
 
 #include "feedback/Announcer.h"
+#include "feedback/ToastManager.h"
 #include "foundations/Launch.h"
 #include "foundations/Log.h"
 #include "foundations/NotificationNames.h"
@@ -18,20 +19,23 @@ namespace {
 
 constexpr double SwitchDelay = 0.2;
 constexpr double ProRequiredDelay = 0.5;
+/** Seconds: there may be several lines to read. */
+constexpr double MissingTasksDuration = 8.0;
 constexpr QStringView FromSettings = u"fromSettings";
 
 } // namespace
 
 TaskListViewModel::TaskListViewModel(BoardState &board, TaskRepository &repository,
                                      TaskManagerFactory &factory, NotificationCenter &notifications,
-                                     Announcer &announcer, Clock &clock, DesktopFamily desktop,
-                                     QObject *parent)
+                                     Announcer &announcer, ToastManager &toasts, Clock &clock,
+                                     DesktopFamily desktop, QObject *parent)
     : QObject(parent),
       m_board(board),
       m_repository(repository),
       m_factory(factory),
       m_notifications(notifications),
       m_announcer(announcer),
+      m_toasts(toasts),
       m_clock(clock),
       m_desktop(desktop)
 {
@@ -174,6 +178,7 @@ QCoro::Task<> TaskListViewModel::run()
         permissionIssue = handleFailure(judgeLoadFailure(error));
     } else {
         log::info(QStringLiteral("💀 Loaded %1 tasks from repository").arg(fetched.tasks.size()));
+        tellOfMissingTasks(fetched);
     }
     finishRun(fetched, permissionIssue);
 }
@@ -241,8 +246,20 @@ void TaskListViewModel::switchToPlainText(const QString &message)
     m_clock.after(ProRequiredDelay, this, [this] { loadTasks(); });
 }
 
+void TaskListViewModel::tellOfMissingTasks(const FetchedTasks &fetched)
+{
+    const QString notice = noticeOfMissingTasks(fetched.failures);
+    if (notice != m_toldOfMissingTasks && !notice.isEmpty()) {
+        ToastManager::Options options;
+        options.duration = MissingTasksDuration;
+        m_toasts.show(notice, ToastManager::ToastStyle::Warning, options);
+    }
+    m_toldOfMissingTasks = notice;
+}
+
 void TaskListViewModel::refresh()
 {
+    m_toldOfMissingTasks.clear();
     loadTasks();
     m_announcer.announce(tr("Refreshing tasks"));
 }

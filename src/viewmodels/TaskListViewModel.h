@@ -17,6 +17,7 @@ namespace vantrel {
 class Announcer;
 class TaskManagerFactory;
 class TaskRepository;
+class ToastManager;
 struct LoadFailure;
 
 /**
@@ -44,8 +45,8 @@ public:
     Q_ENUM(Screen)
 
     TaskListViewModel(BoardState &board, TaskRepository &repository, TaskManagerFactory &factory,
-                      NotificationCenter &notifications, Announcer &announcer, Clock &clock,
-                      DesktopFamily desktop, QObject *parent = nullptr);
+                      NotificationCenter &notifications, Announcer &announcer, ToastManager &toasts,
+                      Clock &clock, DesktopFamily desktop, QObject *parent = nullptr);
 
     /** One run, unless the board has not finished its own first load. Returns at once. */
     Q_INVOKABLE void loadTasks();
@@ -97,15 +98,19 @@ private:
     std::optional<QString> handleFailure(const LoadFailure &failure);
     void finishRun(const FetchedTasks &fetched, const std::optional<QString> &permissionIssue);
     void switchToPlainText(const QString &message);
+    /** Once, until it changes or the user asks anew. */
+    void tellOfMissingTasks(const FetchedTasks &fetched);
 
     BoardState &m_board;
     TaskRepository &m_repository;
     TaskManagerFactory &m_factory;
     NotificationCenter &m_notifications;
     Announcer &m_announcer;
+    ToastManager &m_toasts;
     Clock &m_clock;
     const DesktopFamily m_desktop;
     WorkItems m_tasks;
+    QString m_toldOfMissingTasks;
     std::optional<QString> m_errorMessage;
     bool m_isLoading = false;
     bool m_needsTaskManagerPermissions = false;

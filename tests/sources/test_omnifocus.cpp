@@ -1,5 +1,7 @@
 #include "foundations/DefaultsKeys.h"
+#include "sources/mock/MockAppleScriptManagerProxy.h"
 #include "sources/omnifocus/AppleScriptError.h"
+#include "sources/omnifocus/AppleScriptManager.h"
 #include "sources/omnifocus/OmniFocusScripts.h"
 #include "sources/omnifocus/OmniFocusTaskManager.h"
 #include "support/Await.h"
@@ -72,6 +74,7 @@ private Q_SLOTS:
     void projectsAreRememberedForFiveMinutes();
     void permissionIsAskedAnew();
     void tenThousandRecordsAreRead();
+    void theSampleStandsInForOmniFocus();
 };
 
 void TestOmniFocus::aTaskIsReadWithAllItsFields()
@@ -293,6 +296,35 @@ void TestOmniFocus::tenThousandRecordsAreRead()
     const WorkItems tasks = await(omniFocus.source.fetchTasks(), std::chrono::seconds(60));
     QCOMPARE(tasks.size(), 10000u);
     QCOMPARE(tasks.back()->id(), QStringLiteral("task9999"));
+}
+
+/** Fifteen tasks, two of them with dates that nobody can read, and edits that last. */
+void TestOmniFocus::theSampleStandsInForOmniFocus()
+{
+    ManualClock clock;
+    MockAppleScriptManagerProxy sample(clock);
+    OmniFocusTaskManager source(sample, clock);
+    const WorkItems tasks = await(source.fetchTasks());
+    QCOMPARE(tasks.size(), 15u);
+    QSet<QString> projects;
+    int withoutTag = 0;
+    int withoutDate = 0;
+    for (const WorkItemPtr &task : tasks) {
+        projects.insert(task->projectName().value_or(QString()));
+        withoutTag += task->tagName().value_or(QString()).isEmpty() ? 1 : 0;
+        withoutDate += task->creationDate() == clock.now() ? 1 : 0;
+    }
+    QCOMPARE(projects.size(), 6);
+    QCOMPARE(withoutTag, 1);
+    QCOMPARE(withoutDate, 4);
+
+    NewTask task;
+    task.name = QStringLiteral("New");
+    const QString id = await(source.createTask(task));
+    await(source.markTaskComplete(tasks.front()->id()));
+    const WorkItems later = await(source.fetchTasks());
+    QCOMPARE(later.back()->id(), id);
+    QVERIFY(later.front() == tasks.front() && tasks.front()->isComplete());
 }
 
 VANTREL_REGISTER_TEST(TestOmniFocus)

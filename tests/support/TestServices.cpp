@@ -29,7 +29,8 @@ void TestServices::begin()
                                                           .clipboard = desktop.clipboard,
                                                           .urls = desktop.urls,
                                                           .screen = desktop.screen,
-                                                          .omniFocus = &omniFocus,
+                                                          .scripts = scripts,
+                                                          .omniFocus = scripts ? nullptr : &omniFocus,
                                                           .reminders = &reminders,
                                                           .databaseVfs = databaseVfs});
     m_viewModels = std::make_unique<AppViewModel>(viewModelServices(*m_services));
@@ -76,7 +77,7 @@ void TestServices::settle()
 bool TestServices::isWorking() const
 {
     return m_services->persistence.pendingJobs() > 0 ||
-           m_services->board->persistenceQueue().isProcessing() ||
+           m_services->board->persistenceQueue().isProcessing() || m_services->omniFocusBridge->isBusy() ||
            QThreadPool::globalInstance()->activeThreadCount() > 0;
 }
 

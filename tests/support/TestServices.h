@@ -53,6 +53,9 @@ public:
     ManualClock clock;
     FailingFileCalls files;
     FakeDesktop desktop;
+    /** Set before begin(): the real OmniFocus source on these scripts, in place of the scriptable one below.
+     */
+    ScriptRunner *scripts = nullptr;
     FakeTaskManager omniFocus{TaskManagerType::OmniFocus, clock};
     FakeTaskManager reminders{TaskManagerType::Reminders, clock};
     QByteArray databaseVfs;

@@ -26,7 +26,7 @@ public:
     {
         managers().setTaskSourceConfiguration(sources);
         list = std::make_unique<TaskListViewModel>(**this, repository(), managers(), notifications, announcer,
-                                                   store.clock, family);
+                                                   toasts, store.clock, family);
     }
 
     /** The board's own load, with these tasks of OmniFocus. */

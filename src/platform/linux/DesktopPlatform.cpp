@@ -6,6 +6,7 @@
 #include "platform/qt/QtScreen.h"
 #include "platform/qt/QtUrlOpener.h"
 #include "platform/qt/SoundPlayers.h"
+#include "sources/omnifocus/UnavailableScriptRunner.h"
 
 namespace vantrel {
 
@@ -17,7 +18,8 @@ DesktopPlatform makeDesktopPlatform()
             .appearance = std::make_unique<PortalAppearance>(QDBusConnection::sessionBus()),
             .clipboard = std::make_unique<QtClipboard>(),
             .urls = std::make_unique<QtUrlOpener>(),
-            .screen = std::make_unique<QtScreen>()};
+            .screen = std::make_unique<QtScreen>(),
+            .scripts = std::make_unique<UnavailableScriptRunner>()};
 }
 
 } // namespace vantrel

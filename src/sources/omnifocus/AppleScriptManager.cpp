@@ -2,11 +2,12 @@
 
 #include "foundations/DefaultsKeys.h"
 #include "foundations/Log.h"
-#include "foundations/TimeSlice.h"
 #include "sources/omnifocus/AppleScriptError.h"
 #include "sources/omnifocus/OmniFocusScripts.h"
 
 #include <QEventLoop>
+
+#include <utility>
 
 namespace vantrel {
 
@@ -107,6 +108,18 @@ AppleScriptError compilationFailed()
     return AppleScriptError(Kind::ScriptCompilationFailed, QString::fromLatin1(CompilationError));
 }
 
+void requireSuccess(const ScriptOutcome &outcome)
+{
+    if (!outcome.isCompiled) {
+        log::error(u"⚠️ " + QString::fromLatin1(CompilationError));
+        throw compilationFailed();
+    }
+    if (outcome.failure) {
+        throw errorFor(*outcome.failure);
+    }
+    log::debug(u"✅ AppleScript execution succeeded with result: " + outcome.text);
+}
+
 /** Nothing that could be code may be put into a script. */
 void requireSafeId(const QString &taskId)
 {
@@ -160,15 +173,8 @@ QCoro::Task<ScriptOutcome> AppleScriptManager::executeAppleScript(QString source
         return runner.run(source);
     };
     ScriptOutcome outcome = co_await m_scripts.run(work);
-    if (!outcome.isCompiled) {
-        log::error(u"⚠️ " + QString::fromLatin1(CompilationError));
-        throw compilationFailed();
-    }
-    if (outcome.failure) {
-        throw errorFor(*outcome.failure);
-    }
-    log::debug(u"✅ AppleScript execution succeeded with result: " + outcome.text);
-    co_return ScriptOutcome(outcome);
+    requireSuccess(outcome);
+    co_return outcome;
 }
 
 QCoro::Task<ScriptOutcome> AppleScriptManager::executeAndHandleScript(QString source,
@@ -187,39 +193,37 @@ QCoro::Task<ScriptOutcome> AppleScriptManager::executeAndHandleScript(QString so
     co_return ScriptOutcome(outcome);
 }
 
-QCoro::Task<OmniFocusTasks> AppleScriptManager::fetch(QString source)
+QCoro::Task<OmniFocusRecords> AppleScriptManager::fetch(QString source)
 {
-    const ScriptOutcome outcome = co_await executeAppleScript(source);
+    log::debug(u"🏃♂️ Running AppleScript: " + source);
+    struct Answer
+    {
+        ScriptOutcome outcome;
+        OmniFocusRecords records;
+    };
+    ScriptRunner &runner = m_runner;
     const Date now = m_clock.now();
     const QLocale locale = m_locale;
-    const auto read = [&outcome, now, locale] {
-        return omnifocus::tasksFromAnswer(outcome.items, omnifocus::AnswerDateReader(locale), now);
+    // Thousands of texts are read where they come in, and only the records cross to the GUI thread.
+    const auto work = [&runner, source, now, locale] {
+        Answer answer;
+        answer.outcome = runner.run(source);
+        const auto items = std::exchange(answer.outcome.items, {});
+        answer.records = omnifocus::tasksFromAnswer(items, omnifocus::AnswerDateReader(locale), now);
+        return answer;
     };
-    const std::vector<omnifocus::TaskRecord> records = co_await m_scripts.run(read);
-    OmniFocusTasks tasks;
-    tasks.reserve(records.size());
-    TimeSlice slice;
-    for (const omnifocus::TaskRecord &record : records) {
-        auto task = std::make_shared<OmniFocusTask>(record.fields);
-        const Recurrence &recurrence = record.recurrence;
-        task->setRecurrenceInfo(recurrence.isRepeating, recurrence.frequency, recurrence.interval,
-                                recurrence.pattern);
-        tasks.push_back(std::move(task));
-        if (slice.isUsedUp()) {
-            co_await m_clock.yieldToEventLoop();
-            slice.restart();
-        }
-    }
-    co_return OmniFocusTasks(std::move(tasks));
+    Answer answer = co_await m_scripts.run(work);
+    requireSuccess(answer.outcome);
+    co_return std::move(answer.records);
 }
 
-QCoro::Task<OmniFocusTasks> AppleScriptManager::fetchTasks()
+QCoro::Task<OmniFocusRecords> AppleScriptManager::fetchTasks()
 {
     return fetch(
         omnifocus::fetchTasksScript(m_defaults.real(keys::RetrievalDays).value_or(DefaultRetrievalDays)));
 }
 
-QCoro::Task<OmniFocusTasks> AppleScriptManager::fetchCompletedTasks(int lookbackDays)
+QCoro::Task<OmniFocusRecords> AppleScriptManager::fetchCompletedTasks(int lookbackDays)
 {
     return fetch(omnifocus::fetchCompletedTasksScript(lookbackDays));
 }

@@ -1,40 +1,12 @@
 #pragma once
 
 #include "foundations/Clock.h"
-#include "foundations/OmniFocusTask.h"
 #include "foundations/SerialQueue.h"
 #include "foundations/UserDefaults.h"
-#include "sources/TaskManagerProtocol.h"
-#include "sources/omnifocus/OmniFocusRecords.h"
+#include "sources/omnifocus/AppleScriptManagerProtocol.h"
 #include "sources/omnifocus/ScriptRunner.h"
 
 namespace vantrel {
-
-using OmniFocusTasks = std::vector<std::shared_ptr<OmniFocusTask>>;
-
-/** The bridge to OmniFocus. The coroutines throw AppleScriptError. */
-class AppleScriptManagerProtocol
-{
-public:
-    AppleScriptManagerProtocol() = default;
-    virtual ~AppleScriptManagerProtocol() = default;
-    Q_DISABLE_COPY_MOVE(AppleScriptManagerProtocol)
-
-    virtual QCoro::Task<OmniFocusTasks> fetchTasks() = 0;
-    virtual QCoro::Task<OmniFocusTasks> fetchCompletedTasks(int lookbackDays) = 0;
-    /** Stores OmniFocus's due soon window in the user defaults. */
-    virtual QCoro::Task<> fetchDueSoonMeans() = 0;
-    virtual QCoro::Task<bool> setTaskName(QString taskId, QString name) = 0;
-    virtual QCoro::Task<bool> flagTask(QString taskId, bool flagged) = 0;
-    virtual QCoro::Task<bool> markTaskComplete(QString taskId) = 0;
-    virtual QCoro::Task<bool> markTaskIncomplete(QString taskId) = 0;
-    virtual QCoro::Task<QString> createTask(NewTask task) = 0;
-    virtual QCoro::Task<std::vector<ProjectInfo>> fetchAvailableProjects() = 0;
-    virtual QCoro::Task<std::vector<TagInfo>> fetchAvailableTags() = 0;
-    virtual bool checkOmniFocusPermissions() = 0;
-    virtual QString getPermissionsGuidance() const = 0;
-    virtual bool isAvailable() const = 0;
-};
 
 /**
  * Talks to OmniFocus by scripts: builds them, has them run one after the other on a thread of their own,
@@ -46,8 +18,8 @@ public:
     AppleScriptManager(ScriptRunner &runner, UserDefaults &defaults, Clock &clock,
                        QLocale locale = QLocale());
 
-    QCoro::Task<OmniFocusTasks> fetchTasks() override;
-    QCoro::Task<OmniFocusTasks> fetchCompletedTasks(int lookbackDays) override;
+    QCoro::Task<OmniFocusRecords> fetchTasks() override;
+    QCoro::Task<OmniFocusRecords> fetchCompletedTasks(int lookbackDays) override;
     QCoro::Task<> fetchDueSoonMeans() override;
     QCoro::Task<bool> setTaskName(QString taskId, QString name) override;
     QCoro::Task<bool> flagTask(QString taskId, bool flagged) override;
@@ -64,12 +36,13 @@ public:
     bool checkOmniFocusPermissions() override;
     QString getPermissionsGuidance() const override;
     bool isAvailable() const override { return m_runner.isAvailable(); }
+    bool isBusy() const override { return m_scripts.waitingJobs() > 0; }
 
 private:
     QCoro::Task<ScriptOutcome> executeAppleScript(QString source);
     /** For wrapped scripts, which answer "ERROR: ..." where something failed inside OmniFocus. */
     QCoro::Task<ScriptOutcome> executeAndHandleScript(QString source, std::optional<QString> taskId);
-    QCoro::Task<OmniFocusTasks> fetch(QString source);
+    QCoro::Task<OmniFocusRecords> fetch(QString source);
     QCoro::Task<bool> edit(QString source, QString taskId, QString logLine);
 
     ScriptRunner &m_runner;

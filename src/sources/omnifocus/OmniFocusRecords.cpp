@@ -12,7 +12,6 @@ namespace vantrel::omnifocus {
 namespace {
 
 constexpr QStringView FieldSeparator = u"|||";
-constexpr qsizetype FewestFields = 14;
 constexpr qsizetype MostFields = 16;
 
 /** One record of a fetch answer, as the script writes it. */
@@ -48,7 +47,7 @@ RawRecord readRecord(const QStringList &parts, const AnswerDateReader &dates, Da
     fields.project = Project{parts.at(8), parts.at(9)};
     fields.tag = Tag{parts.at(10), parts.at(11)};
     fields.isComplete = parts.at(12) == u"true";
-    fields.deferDate = dates.read(parts.at(13));
+    fields.deferDate = dates.read(parts.value(13));
     record.inferredCreationDate = dates.read(parts.value(14));
     record.isRepeating = parts.value(15) == u"true";
     return record;
@@ -190,7 +189,7 @@ std::optional<Date> AnswerDateReader::read(const QString &text) const
 }
 
 std::vector<TaskRecord> tasksFromAnswer(const std::vector<AnswerItem> &items, const AnswerDateReader &dates,
-                                        Date now)
+                                        Date now, qsizetype fewestFields)
 {
     std::vector<TaskRecord> tasks;
     tasks.reserve(items.size());
@@ -200,9 +199,10 @@ std::vector<TaskRecord> tasksFromAnswer(const std::vector<AnswerItem> &items, co
             continue;
         }
         const QStringList parts = item->split(FieldSeparator.toString());
-        if (parts.size() < FewestFields) {
-            log::error(QStringLiteral("Task string has insufficient components: %1, expected at least 14")
-                           .arg(parts.size()));
+        if (parts.size() < fewestFields) {
+            log::error(QStringLiteral("Task string has insufficient components: %1, expected at least %2")
+                           .arg(parts.size())
+                           .arg(fewestFields));
             continue;
         }
         if (parts.size() > MostFields) {

@@ -37,12 +37,15 @@ struct TaskRecord
     friend bool operator==(const TaskRecord &, const TaskRecord &) = default;
 };
 
+/** Records with fewer fields are skipped. */
+inline constexpr qsizetype FewestFields = 14;
+
 /**
  * The tasks of an answer to a fetch script. `now` stands in for a creation or modification date that cannot
  * be read.
  */
 std::vector<TaskRecord> tasksFromAnswer(const std::vector<AnswerItem> &items, const AnswerDateReader &dates,
-                                        Date now);
+                                        Date now, qsizetype fewestFields = FewestFields);
 
 /** Sorted by name. */
 std::vector<ProjectInfo> projectsFromAnswer(const std::vector<AnswerItem> &items);

@@ -2,6 +2,7 @@
 
 #include "foundations/Ids.h"
 #include "foundations/Log.h"
+#include "foundations/TimeSlice.h"
 
 namespace vantrel {
 
@@ -17,18 +18,71 @@ OmniFocusTaskManager::OmniFocusTaskManager(AppleScriptManagerProtocol &bridge, C
 QCoro::Task<WorkItems> OmniFocusTaskManager::fetchTasks()
 {
     const Date start = m_clock.now();
-    const OmniFocusTasks tasks = co_await m_bridge.fetchTasks();
+    noteChanges();
+    OmniFocusRecords records = co_await m_bridge.fetchTasks();
     const double milliseconds = (m_clock.now() - start) * 1000.0;
     log::info(QStringLiteral("📊 BENCHMARK: OmniFocus fetchTasks - %1 ms for %2 tasks")
                   .arg(milliseconds, 0, 'f', 1)
-                  .arg(tasks.size()));
-    co_return WorkItems(tasks.begin(), tasks.end());
+                  .arg(records.size()));
+    WorkItems tasks;
+    tasks.reserve(records.size());
+    TimeSlice slice;
+    for (omnifocus::TaskRecord &record : records) {
+        tasks.push_back(intern(std::move(record)));
+        if (slice.isUsedUp()) {
+            co_await m_clock.yieldToEventLoop();
+            slice.restart();
+        }
+    }
+    co_return tasks;
 }
 
+/** These objects are the caller's own: a completed task's record tells less than an active one's. */
 QCoro::Task<WorkItems> OmniFocusTaskManager::fetchCompletedTasks(int lookbackDays)
 {
-    const OmniFocusTasks tasks = co_await m_bridge.fetchCompletedTasks(lookbackDays);
-    co_return WorkItems(tasks.begin(), tasks.end());
+    OmniFocusRecords records = co_await m_bridge.fetchCompletedTasks(lookbackDays);
+    WorkItems tasks;
+    tasks.reserve(records.size());
+    TimeSlice slice;
+    for (omnifocus::TaskRecord &record : records) {
+        tasks.push_back(std::make_shared<OmniFocusTask>(std::move(record.fields)));
+        if (slice.isUsedUp()) {
+            co_await m_clock.yieldToEventLoop();
+            slice.restart();
+        }
+    }
+    co_return tasks;
+}
+
+void OmniFocusTaskManager::noteChanges()
+{
+    m_known.removeIf([](const auto &known) { return known.value().item.expired(); });
+    for (Known &known : m_known) {
+        known.changesAtAsking = known.item.lock()->changeCount();
+    }
+}
+
+WorkItemPtr OmniFocusTaskManager::intern(omnifocus::TaskRecord record)
+{
+    Known &known = m_known[record.fields.id];
+    std::shared_ptr<OmniFocusTask> item = known.item.lock();
+    if (!item) {
+        item = std::make_shared<OmniFocusTask>(std::move(record.fields));
+        known.item = item;
+    } else if (item->changeCount() != known.changesAtAsking) {
+        // Changed here while the script ran: what was read may be older.
+        return item;
+    } else {
+        // Blocks and quadrants are the board's own.
+        record.fields.isBlocked = item->isBlocked();
+        record.fields.blockReason = item->blockReason();
+        record.fields.eisenhowerPriority = item->eisenhowerPriority();
+        item->update(record.fields);
+    }
+    const Recurrence &recurrence = record.recurrence;
+    item->setRecurrenceInfo(recurrence.isRepeating, recurrence.frequency, recurrence.interval,
+                            recurrence.pattern);
+    return item;
 }
 
 QCoro::Task<> OmniFocusTaskManager::fetchDueSoonSettings()

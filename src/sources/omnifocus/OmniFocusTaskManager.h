@@ -1,17 +1,21 @@
 #pragma once
 
 #include "foundations/Clock.h"
+#include "foundations/OmniFocusTask.h"
 #include "sources/TaskManagerProtocol.h"
-#include "sources/omnifocus/AppleScriptManager.h"
+#include "sources/omnifocus/AppleScriptManagerProtocol.h"
 
+#include <QHash>
+
+#include <memory>
 #include <optional>
 #include <utility>
 
 namespace vantrel {
 
 /**
- * OmniFocus as a task source: the bridge, and a memory of five minutes for its projects and tags, each of
- * which is a slow script. GUI thread; owned by Services.
+ * OmniFocus as a task source: the bridge, one object for each task that anybody still holds, and a memory of
+ * five minutes for its projects and tags, each of which is a slow script. GUI thread; owned by Services.
  */
 class OmniFocusTaskManager final : public TaskManagerProtocol
 {
@@ -44,11 +48,21 @@ private:
         Date timestamp;
     };
 
+    struct Known
+    {
+        std::weak_ptr<OmniFocusTask> item;
+        /** Its changeCount() when the last fetch asked. */
+        quint32 changesAtAsking = 0;
+    };
+
+    void noteChanges();
+    WorkItemPtr intern(omnifocus::TaskRecord record);
     template <typename Info>
     bool isFresh(const std::optional<Catalogue<Info>> &catalogue) const;
 
     AppleScriptManagerProtocol &m_bridge;
     Clock &m_clock;
+    QHash<QString, Known> m_known;
     std::optional<Catalogue<ProjectInfo>> m_projectsCache;
     std::optional<Catalogue<TagInfo>> m_tagsCache;
 };
