@@ -31,6 +31,11 @@ class Vantrel:
         self._process.wait(10)
         wait_for(lambda: not self._look(), 10, "the killed program to leave the bus")
 
+    def quit(self):
+        """As its user does. Gives the exit code."""
+        self._desktop.press("ctrl+q")
+        return self._process.wait(20)
+
     def end(self):
         """As the desktop's logging out does. Gives the exit code."""
         self._process.terminate()
