@@ -1,6 +1,10 @@
 #include "SampleBoard.h"
 
+#include "foundations/AppConfig.h"
 #include "foundations/Clock.h"
+#include "foundations/DefaultsKeys.h"
+#include "foundations/FileSaver.h"
+#include "foundations/UserDefaults.h"
 #include "persistence/PersistenceManager.h"
 
 namespace vantrel {
@@ -161,9 +165,7 @@ PlainTextRecord recordOf(const Sample &sample, Date now, bool isComplete)
     return record;
 }
 
-} // namespace
-
-void writeSampleBoard(PersistenceManager &persistence, const Clock &clock)
+void writeTasks(PersistenceManager &persistence, const Clock &clock)
 {
     const std::vector<Column> columns = sampleColumns();
     const std::vector<SwimLane> swimLanes = sampleSwimLanes();
@@ -187,6 +189,21 @@ void writeSampleBoard(PersistenceManager &persistence, const Clock &clock)
             persistence.saveTaskAsBlocked(records[i].fields.id, reason);
         }
     }
+}
+
+} // namespace
+
+void writeSampleBoard(const AppConfig &config, Clock &clock, SampleSources sources)
+{
+    FileCalls calls;
+    FileSaver saver(calls);
+    UserDefaults defaults(saver, config.filePath(QStringLiteral("devUser-defaults.json")));
+    if (sources == SampleSources::All) {
+        defaults.set(keys::IsOmniFocusEnabled, true);
+    }
+    PersistenceManager persistence(config, defaults, saver, clock);
+    writeTasks(persistence, clock);
+    persistence.cleanup();
 }
 
 } // namespace vantrel

@@ -2,10 +2,15 @@
 
 namespace vantrel {
 
+struct AppConfig;
 class Clock;
-class PersistenceManager;
 
-/** Writes a board with every state that a card can be in, as of now: four columns, three swimlanes. */
-void writeSampleBoard(PersistenceManager &persistence, const Clock &clock);
+enum class SampleSources { PlainText, All };
+
+/**
+ * Fills an empty folder with a board that has every state a card can be in, as of now: four columns, three
+ * swimlanes, and tasks of the wanted sources.
+ */
+void writeSampleBoard(const AppConfig &config, Clock &clock, SampleSources sources);
 
 } // namespace vantrel

@@ -31,6 +31,7 @@ struct Wishes
     QString path = QStringLiteral("vantrel.png");
     bool isDark = false;
     bool isEmpty = false;
+    SampleSources sources = SampleSources::PlainText;
     QSize size{1280, 820};
     QString command;
 };
@@ -53,23 +54,13 @@ void rest(int milliseconds)
     loop.exec();
 }
 
-void prepare(const AppConfig &config, Clock &clock)
-{
-    FileCalls calls;
-    FileSaver saver(calls);
-    UserDefaults defaults(saver, config.filePath(QStringLiteral("devUser-defaults.json")));
-    PersistenceManager persistence(config, defaults, saver, clock);
-    writeSampleBoard(persistence, clock);
-    persistence.cleanup();
-}
-
 int draw(const Wishes &wishes)
 {
     const QTemporaryDir directory;
     const AppConfig config{AppEnvironment::Testing, directory.path()};
     SystemClock clock;
     if (!wishes.isEmpty) {
-        prepare(config, clock);
+        writeSampleBoard(config, clock, wishes.sources);
     }
     FileCalls files;
     test::FakeDesktop desktop;
@@ -137,6 +128,8 @@ int main(int argc, char *argv[])
     const QCommandLineOption dark(QStringLiteral("dark"), QStringLiteral("In the dark scheme."));
     const QCommandLineOption light(QStringLiteral("light"), QStringLiteral("In the light scheme (default)."));
     const QCommandLineOption empty(QStringLiteral("empty"), QStringLiteral("The board of a first start."));
+    const QCommandLineOption demo(QStringLiteral("demo"),
+                                  QStringLiteral("With sample tasks of all sources."));
     const QCommandLineOption scale(QStringLiteral("scale"), QStringLiteral("Pixels a point."),
                                    QStringLiteral("n"));
     const QCommandLineOption command(QStringLiteral("command"),
@@ -144,7 +137,7 @@ int main(int argc, char *argv[])
                                      QStringLiteral("id"));
     const QCommandLineOption size(QStringLiteral("size"), QStringLiteral("Points, as 1280x820."),
                                   QStringLiteral("wxh"));
-    parser.addOptions({out, dark, light, empty, scale, command, size});
+    parser.addOptions({out, dark, light, empty, demo, scale, command, size});
     parser.addHelpOption();
     parser.process(application);
 
@@ -152,6 +145,7 @@ int main(int argc, char *argv[])
     if (parser.isSet(out)) wishes.path = parser.value(out);
     wishes.isDark = parser.isSet(dark);
     wishes.isEmpty = parser.isSet(empty);
+    if (parser.isSet(demo)) wishes.sources = SampleSources::All;
     wishes.command = parser.value(command);
     const QStringList sides = parser.value(size).split(u'x');
     if (sides.size() == 2) wishes.size = QSize(sides.at(0).toInt(), sides.at(1).toInt());
