@@ -6,7 +6,6 @@
 #include "foundations/DefaultsKeys.h"
 #include "foundations/NotificationNames.h"
 #include "foundations/OmniFocusTask.h"
-#include "foundations/TaskTransferable.h"
 #include "foundations/UserDefaults.h"
 
 #include <QQmlEngine>
@@ -15,12 +14,6 @@
 
 namespace vantrel {
 
-namespace {
-
-const QString TextFormat = QStringLiteral("text/plain");
-
-} // namespace
-
 BoardViewModel::BoardViewModel(const BoardViewServices &services, QObject *parent)
     : QObject(parent),
       m_services(services),
@@ -28,10 +21,14 @@ BoardViewModel::BoardViewModel(const BoardViewServices &services, QObject *paren
       m_navigation(services.board, m_preferences, services.notifications, services.announcer),
       m_commands({services.board, services.blocking, services.notifications, services.defaults,
                   services.sounds, services.toasts}),
-      m_drops(services.board)
+      m_drops(services.board),
+      m_popover(services.board, services.blocking, m_preferences, services.announcer),
+      m_celebrations(services.notifications, services.defaults, services.announcer)
 {
-    QQmlEngine::setObjectOwnership(&m_columns, QQmlEngine::CppOwnership);
-    QQmlEngine::setObjectOwnership(&m_swimLanes, QQmlEngine::CppOwnership);
+    for (QObject *part :
+         std::initializer_list<QObject *>{&m_columns, &m_swimLanes, &m_popover, &m_celebrations}) {
+        QQmlEngine::setObjectOwnership(part, QQmlEngine::CppOwnership);
+    }
     connectBoard();
     connectCards();
     refresh();
@@ -210,7 +207,7 @@ bool BoardViewModel::handleKey(int key, int modifiers)
         return handleSpace();
     case Qt::Key_Return:
     case Qt::Key_Enter:
-        openInSource(focusedTaskId());
+        if (!m_popover.open(focusedTaskId(), m_navigation.focusedComponent())) openInSource(focusedTaskId());
         return true;
     default:
         return false;
@@ -293,74 +290,6 @@ void BoardViewModel::removeTagFilter(const QString &tagId)
 void BoardViewModel::clearTagFilters()
 {
     m_services.board.filterManager().clearTagFilters();
-}
-
-// Drag and drop
-
-QStringList BoardViewModel::dragFormats()
-{
-    return {TaskTransferable::ContentType.toString(), TaskTransferable::PortableContentType.toString(),
-            TextFormat};
-}
-
-int BoardViewModel::draggedTaskCount(const QString &taskId) const
-{
-    return static_cast<int>(m_drops.draggedTaskIds(taskId).size());
-}
-
-QVariantMap BoardViewModel::beginDrag(const QString &taskId)
-{
-    m_draggedTaskIds = m_drops.draggedTaskIds(taskId);
-    refreshCards({CellModel::IsDraggedRole}, m_draggedTaskIds);
-
-    TaskTransferable card{taskId, {}, {}};
-    if (const TaskPosition *place = m_services.board.taskPositions().find(taskId)) {
-        card.sourceColumnId = place->columnId;
-        card.sourceSwimLaneId = place->swimLaneId;
-    }
-    const QString json = QString::fromUtf8(card.toJson());
-    return {{TaskTransferable::ContentType.toString(), json},
-            {TaskTransferable::PortableContentType.toString(), json},
-            {TextFormat, taskId}};
-}
-
-void BoardViewModel::endDrag()
-{
-    const QStringList ids = std::exchange(m_draggedTaskIds, {});
-    refreshCards({CellModel::IsDraggedRole}, ids);
-    for (CellModel *cell : std::as_const(m_cells)) {
-        cell->setDropRow(-1);
-    }
-}
-
-std::optional<QString> BoardViewModel::draggedTask(const QVariantMap &offer) const
-{
-    const std::optional<QString> id =
-        m_drops.taskId({offer.value(TaskTransferable::ContentType.toString()).toString().toUtf8(),
-                        offer.value(TaskTransferable::PortableContentType.toString()).toString().toUtf8(),
-                        offer.value(TextFormat).toString()});
-    return id && m_services.board.task(*id) ? id : std::nullopt;
-}
-
-bool BoardViewModel::dragOver(CellModel *cell, const QVariantMap &offer, double y)
-{
-    const std::optional<QString> id = draggedTask(offer);
-    cell->setDropRow(id ? m_drops.plan(*id, cell->id(), y).row : -1);
-    return id.has_value();
-}
-
-void BoardViewModel::dragLeft(CellModel *cell)
-{
-    cell->setDropRow(-1);
-}
-
-bool BoardViewModel::drop(CellModel *cell, const QVariantMap &offer, double y)
-{
-    const std::optional<QString> id = draggedTask(offer);
-    // First, while the cards are where their views know them.
-    endDrag();
-    if (id) m_drops.drop(*id, cell->id(), y);
-    return id.has_value();
 }
 
 // What the cards have to be told

@@ -3,9 +3,11 @@
 #include "viewmodels/BoardCommandHandlers.h"
 #include "viewmodels/BoardDrops.h"
 #include "viewmodels/BoardNavigation.h"
+#include "viewmodels/CardPopover.h"
 #include "viewmodels/CardPreferences.h"
 #include "viewmodels/CellModel.h"
 #include "viewmodels/ColumnListModel.h"
+#include "viewmodels/CompletionAnimations.h"
 #include "viewmodels/SwimLaneListModel.h"
 
 #include <QHash>
@@ -46,6 +48,8 @@ class BoardViewModel : public QObject
     QML_UNCREATABLE("Made by the program")
     Q_PROPERTY(vantrel::ColumnListModel *columns READ columns CONSTANT)
     Q_PROPERTY(vantrel::SwimLaneListModel *swimLanes READ swimLanes CONSTANT)
+    Q_PROPERTY(vantrel::CardPopover *popover READ popover CONSTANT)
+    Q_PROPERTY(vantrel::CompletionAnimations *celebrations READ celebrations CONSTANT)
     Q_PROPERTY(double zoomLevel READ zoomLevel NOTIFY zoomLevelChanged)
     Q_PROPERTY(double columnHeaderHeight READ columnHeaderHeight CONSTANT)
     Q_PROPERTY(QString focusedTaskId READ focusedTaskId NOTIFY focusedTaskChanged)
@@ -61,6 +65,8 @@ public:
 
     ColumnListModel *columns() { return &m_columns; }
     SwimLaneListModel *swimLanes() { return &m_swimLanes; }
+    CardPopover *popover() { return &m_popover; }
+    CompletionAnimations *celebrations() { return &m_celebrations; }
     double zoomLevel() const { return m_services.board.zoomLevel(); }
     static double columnHeaderHeight() { return BoardDrops::ColumnHeaderHeight; }
     const QString &focusedTaskId() const { return m_navigation.focusedTaskId(); }
@@ -136,6 +142,8 @@ private:
     BoardNavigation m_navigation;
     BoardCommandHandlers m_commands;
     BoardDrops m_drops;
+    CardPopover m_popover;
+    CompletionAnimations m_celebrations;
     QStringList m_draggedTaskIds;
     /** As last told to the cells. */
     QStringList m_selectedTaskIds;

@@ -79,6 +79,7 @@ void TestBoardCommands::aMoveCommandMovesTheSelectedCard()
     QFETCH(QString, task);
     BoardScreen screen(Cells);
     screen.omniFocus.edits.give(true);
+    screen.store.defaults.set(keys::CelebrateCompletion, false);
     screen.select({task});
     const qsizetype before = screen.said().size();
     screen.notifications.post({command});

@@ -10,6 +10,8 @@ FocusScope {
     required property AppViewModel app
 
     readonly property bool hasSheet: root.app.quickAdd.open
+    /** Something stands in the way of commands: they wait until it is gone. */
+    readonly property bool isBusy: root.hasSheet || root.app.board.popover.kind !== CardPopover.None
     readonly property bool isTyping: Window.activeFocusItem instanceof TextInput
                                      || Window.activeFocusItem instanceof TextEdit
 
@@ -25,7 +27,7 @@ FocusScope {
             required property Command modelData
 
             command: modelData
-            blocked: modelData.commandId !== "quit" && root.hasSheet || modelData.isForBoard && root.isTyping
+            blocked: modelData.commandId !== "quit" && root.isBusy || modelData.isForBoard && root.isTyping
         }
     }
     Connections {

@@ -32,6 +32,8 @@ QtObject {
     signal revealRequested(card: Item)
     /** The pointer has used the board: the keyboard follows. */
     signal focusRequested
+    /** The card of a task that has just been completed, wherever it is, celebrates. */
+    signal celebrated(taskId: string, type: int)
     /** Something is dragged over a cell, at this place of the scene. */
     signal draggedOver(scenePosition: point)
 }

@@ -135,9 +135,13 @@ Item {
             readonly property string tip: hovered ? item.tipAt(point.position.x, point.position.y) : ""
         }
         TapHandler {
-            onTapped: {
+            onTapped: eventPoint => {
+                const isToggle = point.modifiers & Qt.ControlModifier;
                 root.frame.focusRequested();
-                root.board.tapCard(root.card.id, point.modifiers & Qt.ControlModifier);
+                root.board.tapCard(root.card.id, isToggle);
+                if (!isToggle)
+                    root.board.popover.open(root.card.id,
+                                            item.componentAt(eventPoint.position.x, eventPoint.position.y));
             }
         }
         DragHandler {
@@ -152,7 +156,7 @@ Item {
             }
         }
         HoverHint {
-            shown: hover.tip !== ""
+            shown: hover.tip !== "" && root.board.popover.kind === CardPopover.None
             text: hover.tip
         }
     }

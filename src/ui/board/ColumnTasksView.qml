@@ -75,6 +75,20 @@ ListView {
 
         function onFocusedTaskChanged() { root.showFocused(); }
     }
+    Component {
+        id: celebration
+        CardCelebration {}
+    }
+    Connections {
+        target: root.frame
+
+        function onCelebrated(taskId: string, type: int) {
+            const card = (root.itemAtIndex(root.cell.rowOf(taskId)) as ColumnTask)?.cardItem;
+            if (card)
+                celebration.createObject(card, {card: card, type: type});
+        }
+    }
+
     // While something is dragged over the cell the view shows where it would land; afterwards it is as it was. What has
     // been dropped may shift the origin a little later.
     onDropRowChanged: {

@@ -48,6 +48,61 @@ FocusScope {
         }
     }
 
+    // A completed card first goes to its new place.
+    Timer {
+        id: celebrating
+
+        property var waiting: []
+
+        interval: Theme.move + 100
+        onTriggered: {
+            for (const one of waiting.splice(0))
+                layout.celebrated(one.taskId, one.type);
+        }
+    }
+    Connections {
+        target: root.board.celebrations
+
+        function onWanted(taskId: string, type: int) {
+            if (Theme.move === 0 || celebrating.waiting.length > 5)
+                return;
+            celebrating.waiting.push({taskId: taskId, type: type});
+            celebrating.restart();
+        }
+    }
+
+    // What a part of a card has to tell stands below that part of the card, which has the focus.
+    Connections {
+        target: root.board.popover
+
+        function onOpened() {
+            const card = root.Window.activeFocusItem as KanbanCard;
+            const part = card?.partFor(root.board.popover.part) ?? root;
+            popoverHolder.place = part.mapToItem(root, -12, part.height + 6);
+        }
+        function onChanged() {
+            if (root.board.popover.kind === CardPopover.None)
+                root.forceActiveFocus(Qt.PopupFocusReason);
+        }
+    }
+    Lazy {
+        id: popoverHolder
+
+        property point place
+
+        active: root.board.popover.kind !== CardPopover.None
+        sourceComponent: Item {
+            CardPopoverView {
+                parent: root
+                x: popoverHolder.place.x
+                y: popoverHolder.place.y
+                popover: root.board.popover
+                visible: true
+                onClosed: root.board.popover.close()
+            }
+        }
+    }
+
     /** Behind the present turn: the views first bring the card's rows into place. */
     Timer {
         id: revealing

@@ -35,6 +35,22 @@ Item {
     Accessible.selected: isSelected
     Accessible.focusable: true
 
+    /** The item of a part; the card itself for None. */
+    function partFor(component: int): Item {
+        switch (component) {
+        case KanbanCardFocus.None: return root;
+        case KanbanCardFocus.Name: return title;
+        case KanbanCardFocus.Project: return project;
+        default: return metadata.partFor(component);
+        }
+    }
+
+    /** Which part at this point has more to tell, None if none has. */
+    function componentAt(x: real, y: real): int {
+        const place = metadata.mapFromItem(root, x, y);
+        return metadata.visible ? metadata.componentAt(place.x, place.y) : KanbanCardFocus.None;
+    }
+
     /** What is to be said of the part of the card at this point. */
     function tipAt(x: real, y: real): string {
         if (failure.active && failure.contains(failure.mapFromItem(root, x, y)))
@@ -140,10 +156,7 @@ Item {
         }
     }
     FocusRing {
-        readonly property Item part: root.focusedComponent === KanbanCardFocus.None ? root
-                                   : root.focusedComponent === KanbanCardFocus.Name ? title
-                                   : root.focusedComponent === KanbanCardFocus.Project ? project
-                                   : metadata.partFor(root.focusedComponent)
+        readonly property Item part: root.partFor(root.focusedComponent)
         readonly property bool isOnPart: part !== root
         readonly property rect place: active && part ? root.mapFromItem(part, 0, 0, part.width, part.height) : Qt.rect(0, 0, 0, 0)
 

@@ -30,6 +30,13 @@ Item {
         }
     }
 
+    /** Which part at this point has more to tell, None if none has. */
+    function componentAt(x: real, y: real): int {
+        const part = flow.childAt(x, y);
+        return part === note ? KanbanCardFocus.NoteIcon : part === source ? KanbanCardFocus.Icon
+             : part === blocked ? KanbanCardFocus.Blocked : KanbanCardFocus.None;
+    }
+
     /** What is to be said of the part at this point. */
     function tipAt(x: real, y: real): string {
         const part = age.contains(age.mapFromItem(root, x, y)) ? age : flow.childAt(x, y);
