@@ -88,19 +88,32 @@ int FileCalls::rename(const char *from, const char *to)
 
 FileOutcome FileSaver::save(const QString &path, const QByteArray &content)
 {
+    constexpr mode_t ownerOnly = 0600;
+    return save(path, content, {path + u".saving", ownerOnly, {}});
+}
+
+FileOutcome FileSaver::save(const QString &path, const QByteArray &content, const SharedFile &sharedFile)
+{
     const QByteArray target = QFile::encodeName(path);
-    const QByteArray temporary = target + ".saving";
+    const QByteArray temporary = QFile::encodeName(sharedFile.temporaryPath);
     const auto failed = [&] {
         const QString reason = QString::fromLocal8Bit(std::strerror(errno));
         ::unlink(temporary.constData());
         return FileOutcome{path, tr("%1 could not be saved: %2.").arg(path, reason)};
     };
 
-    constexpr mode_t ownerOnly = 0600;
-    Descriptor file(m_calls,
-                    m_calls.open(temporary.constData(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, ownerOnly));
+    Descriptor file(m_calls, m_calls.open(temporary.constData(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC,
+                                          sharedFile.mode));
     if (!file.isOpen() || !writeAll(m_calls, file.number(), content) || m_calls.fsync(file.number()) != 0 ||
-        !file.close() || m_calls.rename(temporary.constData(), target.constData()) != 0) {
+        !file.close()) {
+        return failed();
+    }
+    if (const QString objection = sharedFile.objection ? sharedFile.objection() : QString();
+        !objection.isEmpty()) {
+        ::unlink(temporary.constData());
+        return {path, objection};
+    }
+    if (m_calls.rename(temporary.constData(), target.constData()) != 0) {
         return failed();
     }
     if (!syncFolder(m_calls, QFile::encodeName(QFileInfo(path).absolutePath()))) {

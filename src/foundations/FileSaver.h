@@ -4,6 +4,8 @@
 #include <QCoreApplication>
 #include <QString>
 
+#include <functional>
+
 #include <sys/types.h>
 
 namespace vantrel {
@@ -17,6 +19,16 @@ struct FileOutcome
     QString error;
 
     bool isOk() const { return error.isEmpty(); }
+};
+
+/** How a file is saved that other programs use too. */
+struct SharedFile
+{
+    /** Where the content is written first: a path of the same folder that the other programs pass over. */
+    QString temporaryPath;
+    mode_t mode = 0600;
+    /** Asked right before the target is replaced: why that may not be, for the user, or nothing. */
+    std::function<QString()> objection;
 };
 
 /** The system calls behind FileSaver. Each returns what its POSIX namesake returns and sets errno. */
@@ -48,6 +60,7 @@ public:
     Q_DISABLE_COPY_MOVE(FileSaver)
 
     FileOutcome save(const QString &path, const QByteArray &content);
+    FileOutcome save(const QString &path, const QByteArray &content, const SharedFile &sharedFile);
 
     /**
      * Copies `path` to "{path}.unreadable-{yyyyMMdd-HHmmss}" and tells the copy's path. The original stays.

@@ -2,6 +2,7 @@
 
 #include "persistence/BlockStore.h"
 #include "persistence/Database.h"
+#include "persistence/FileCacheStore.h"
 #include "persistence/PlainTextTaskStore.h"
 #include "persistence/PositionStore.h"
 #include "persistence/PriorityStore.h"
@@ -29,6 +30,7 @@ struct BoardStore
     BlockStore blocks{database, deletedTasks};
     PriorityStore priorities{database};
     PlainTextTaskStore plainTextTasks{database, deletedTasks};
+    FileCacheStore fileCache{database};
     /** Last: its remaining jobs run when it goes, and need the tables. */
     Database database;
 };

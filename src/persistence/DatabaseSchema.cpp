@@ -25,6 +25,11 @@ constexpr auto CreatePlainTextTasks =
     "completionDate REAL, isFlagged INTEGER DEFAULT 0, isComplete INTEGER DEFAULT 0, projectName TEXT, "
     "projectId TEXT, tagName TEXT, tagId TEXT, hashtags TEXT, originalText TEXT);";
 
+/** May be lost at any time, and is not missed by hasTables(). */
+constexpr auto CreateFileCache = "CREATE TABLE IF NOT EXISTS fileCache (path BLOB PRIMARY KEY, inode INTEGER "
+                                 "NOT NULL, size INTEGER NOT NULL, modified INTEGER NOT NULL, content BLOB NOT "
+                                 "NULL) WITHOUT ROWID;";
+
 void createTable(SqliteConnection &connection, const char *sql, const QString &success,
                  const QString &failure)
 {
@@ -89,6 +94,8 @@ void createTables(SqliteConnection &connection)
     createTable(connection, CreatePlainTextTasks,
                 QStringLiteral("Plain text tasks database initialized successfully"),
                 QStringLiteral("Failed to initialize plain text tasks database"));
+    createTable(connection, CreateFileCache, QStringLiteral("File cache initialized successfully"),
+                QStringLiteral("Failed to initialize file cache"));
     migrateDatabase(connection);
 }
 

@@ -9,6 +9,7 @@
 #include "persistence/AppConfiguration.h"
 #include "persistence/BoardJournal.h"
 #include "persistence/BoardMemory.h"
+#include "persistence/FileCacheStore.h"
 #include "persistence/StorageProblem.h"
 
 #include <QCoroTask>
@@ -157,6 +158,12 @@ public:
     void journalCompletions(const QStringList &taskIds, bool isComplete);
     /** The entries from `since` on, in order. */
     std::vector<JournalEntry> loadJournal(Date since);
+
+    // The cache of what other programs' files say; see FileCacheStore.
+
+    QCoro::Task<std::optional<std::vector<CachedFile>>> readFileCache(QByteArray scope);
+    /** A cache that cannot be written is no problem: it is read less from then on. */
+    void saveFileCache(const QByteArray &scope, std::vector<CachedFile> changed, QByteArrayList removed);
 
     // The shape of the board. Not on the database thread; loads are cached.
 

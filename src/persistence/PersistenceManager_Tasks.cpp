@@ -84,6 +84,21 @@ QCoro::Task<std::optional<std::vector<PlainTextRecord>>> PersistenceManager::rea
     return readLater(*m_store, [store = m_store.get()] { return store->plainTextTasks.loadAll(); });
 }
 
+QCoro::Task<std::optional<std::vector<CachedFile>>> PersistenceManager::readFileCache(QByteArray scope)
+{
+    return readLater(*m_store, [store = m_store.get(), scope] { return store->fileCache.load(scope); });
+}
+
+void PersistenceManager::saveFileCache(const QByteArray &scope, std::vector<CachedFile> changed,
+                                       QByteArrayList removed)
+{
+    write([store = m_store.get(), scope, changed = std::move(changed), removed = std::move(removed)] {
+        store->fileCache.save(scope, changed, removed);
+        // Not worth another attempt.
+        return true;
+    });
+}
+
 // Placements.
 
 PersistentTaskPosition PersistenceManager::rowFor(const TaskPosition &place,
