@@ -1,5 +1,6 @@
 #include "app/Services.h"
 
+#include "foundations/NotificationNames.h"
 #include "sources/mock/MockAppleScriptManagerProxy.h"
 #include "sources/omnifocus/AppleScriptManager.h"
 
@@ -55,6 +56,8 @@ Services::Services(const AppConfig &appConfig, const Ports &ports)
       sounds(ports.sounds, announcer, defaults, clock),
       omniFocusBridge(makeOmniFocusBridge(config, ports, defaults)),
       omniFocus(*omniFocusBridge, clock),
+      reminderFolder(defaults, persistence, ports.files, clock),
+      reminders(ports.reminderStore ? *ports.reminderStore : reminderFolder, defaults, notifications, clock),
       plainText(persistence, notifications, clock),
       managers(defaults, ports.omniFocus ? *ports.omniFocus : static_cast<TaskManagerProtocol &>(omniFocus),
                ports.reminders ? *ports.reminders : reminders, plainText),
@@ -74,6 +77,12 @@ Services::Services(const AppConfig &appConfig, const Ports &ports)
       wipMonitoring(*board, notifications, toasts),
       storageNotices(persistence, defaults, toasts)
 {
+    const ReminderStore *store = ports.reminderStore ? ports.reminderStore : &reminderFolder;
+    QObject::connect(store, &ReminderStore::changed, &repository, [this] {
+        repository.invalidateCache();
+        notifications.post(notifications::RefreshTasksRequested);
+    });
+    QObject::connect(store, &ReminderStore::problemFound, &storageNotices, &StorageNotices::tell);
 }
 
 Services::~Services()
@@ -100,9 +109,12 @@ bool Services::closeStore(std::chrono::steady_clock::time_point end)
         return true;
     }
     board->persistenceQueue().handOver();
-    if (!waitUntil(end, [this] { return persistence.pendingJobs() == 0; })) {
-        log::error(
-            QStringLiteral("%1 changes could not be stored before the end").arg(persistence.pendingJobs()));
+    // No event loop runs any more: only the threads that write are waited for.
+    const auto pendingJobs = [this] {
+        return persistence.pendingJobs() + reminderFolder.pendingJobs();
+    };
+    if (!waitUntil(end, [&pendingJobs] { return pendingJobs() == 0; })) {
+        log::error(QStringLiteral("%1 changes could not be stored before the end").arg(pendingJobs()));
         return false;
     }
     persistence.cleanup();

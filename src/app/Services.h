@@ -20,10 +20,11 @@
 #include "persistence/PersistenceManager.h"
 #include "sources/TaskManagerFactory.h"
 #include "sources/TaskRepository.h"
-#include "sources/UnavailableTaskManager.h"
 #include "sources/omnifocus/OmniFocusTaskManager.h"
 #include "sources/omnifocus/ScriptRunner.h"
 #include "sources/plaintext/PlainTextTaskManager.h"
+#include "sources/reminders/RemindersTaskManager.h"
+#include "sources/reminders/vdir/VdirReminderStore.h"
 #include "viewmodels/AppViewModel.h"
 
 #include <chrono>
@@ -45,6 +46,8 @@ struct Ports
     DesktopFamily desktop = DesktopFamily::Linux;
     /** nullptr in the testing environment only: sample tasks then stand in for OmniFocus. */
     ScriptRunner *scripts = nullptr;
+    /** The platform's own reminders; without them, those of a folder that the user chooses. */
+    ReminderStore *reminderStore = nullptr;
     /** Sources in place of the program's own. */
     TaskManagerProtocol *omniFocus = nullptr;
     TaskManagerProtocol *reminders = nullptr;
@@ -94,7 +97,8 @@ struct Services
 
     std::unique_ptr<AppleScriptManagerProtocol> omniFocusBridge;
     OmniFocusTaskManager omniFocus;
-    UnavailableTaskManager reminders{TaskManagerType::Reminders};
+    VdirReminderStore reminderFolder;
+    RemindersTaskManager reminders;
     PlainTextTaskManager plainText;
     TaskManagerFactory managers;
     TaskRepository repository;

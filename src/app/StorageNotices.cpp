@@ -14,16 +14,18 @@ StorageNotices::StorageNotices(PersistenceManager &persistence, UserDefaults &de
     for (const StorageProblem &problem : persistence.problems()) {
         add(problem);
     }
-    const auto addMessage = [this](const QString &message) {
-        add({StorageProblem::Kind::ConfigurationNotSaved, message, {}, false});
-    };
     if (!defaults.problem().isEmpty()) {
-        addMessage(defaults.problem());
+        tell(defaults.problem());
     }
     connect(&persistence, &PersistenceManager::problemFound, this, &StorageNotices::add);
     connect(&persistence, &PersistenceManager::writingRecovered, this, &StorageNotices::handleRecovery);
-    connect(&defaults, &UserDefaults::problemFound, this, addMessage);
+    connect(&defaults, &UserDefaults::problemFound, this, &StorageNotices::tell);
     connect(&toasts, &ToastManager::changed, this, &StorageNotices::handleToastChange);
+}
+
+void StorageNotices::tell(const QString &message)
+{
+    add({StorageProblem::Kind::ConfigurationNotSaved, message, {}, false});
 }
 
 void StorageNotices::add(const StorageProblem &problem)

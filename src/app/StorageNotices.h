@@ -24,6 +24,9 @@ public:
     StorageNotices(PersistenceManager &persistence, UserDefaults &defaults, ToastManager &toasts,
                    QObject *parent = nullptr);
 
+    /** Another problem of files that the user must learn of. */
+    void tell(const QString &message);
+
 private:
     void add(const StorageProblem &problem);
     void handleRecovery();
