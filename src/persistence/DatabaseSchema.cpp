@@ -26,9 +26,10 @@ constexpr auto CreatePlainTextTasks =
     "projectId TEXT, tagName TEXT, tagId TEXT, hashtags TEXT, originalText TEXT);";
 
 /** May be lost at any time, and is not missed by hasTables(). */
-constexpr auto CreateFileCache = "CREATE TABLE IF NOT EXISTS fileCache (path BLOB PRIMARY KEY, inode INTEGER "
-                                 "NOT NULL, size INTEGER NOT NULL, modified INTEGER NOT NULL, content BLOB NOT "
-                                 "NULL) WITHOUT ROWID;";
+constexpr auto CreateFileCache =
+    "CREATE TABLE IF NOT EXISTS fileCache (path BLOB PRIMARY KEY, inode INTEGER "
+    "NOT NULL, size INTEGER NOT NULL, modified INTEGER NOT NULL, content BLOB NOT "
+    "NULL) WITHOUT ROWID;";
 
 void createTable(SqliteConnection &connection, const char *sql, const QString &success,
                  const QString &failure)
