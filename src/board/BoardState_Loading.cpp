@@ -6,6 +6,8 @@
 
 #include <QPointer>
 
+#include <algorithm>
+
 using namespace Qt::StringLiterals;
 
 namespace vantrel {
@@ -17,12 +19,19 @@ constexpr double CompletePause = 0.3;
 constexpr double RepositoryWatchTime = 300.0;
 constexpr double LoadedDelay = 0.1;
 constexpr double CountsAfterUpdateDelay = 0.2;
+
+bool lacksPermission(const TaskRepositoryError &error)
+{
+    const auto &causes = error.causes();
+    return std::any_of(causes.begin(), causes.end(), [](const auto &cause) { return cause.isPermission; });
+}
 } // namespace
 
 QCoro::Task<> BoardState::loadDataAsync()
 {
     const QPointer<BoardState> self(this);
     QString failure;
+    bool mayBeGranted = false;
     try {
         // The user may have changed the sources since the last attempt.
         m_services.repository.reloadTaskManagers();
@@ -56,14 +65,24 @@ QCoro::Task<> BoardState::loadDataAsync()
         setLoading(BoardLoadingState::Loaded);
         postSwimLaneWIPCountsChanged();
         co_return;
+    } catch (const TaskRepositoryError &error) {
+        failure = error.message();
+        mayBeGranted = lacksPermission(error);
     } catch (const SourceError &error) {
         failure = error.message();
     } catch (const std::exception &error) {
         failure = QString::fromUtf8(error.what());
     }
-    if (self) {
-        m_repositoryWatch.reset();
-        log::error(u"❌ Error during async BoardState loading: "_s + failure);
+    if (!self) {
+        co_return;
+    }
+    m_repositoryWatch.reset();
+    log::error(u"❌ Error during async BoardState loading: "_s + failure);
+    if (mayBeGranted) {
+        // The board stands without its tasks, and the first refresh tells the user what to do.
+        organizeTasks({}, {});
+        setLoading(BoardLoadingState::Loaded);
+    } else {
         setLoading(BoardLoadingState::Error, failure);
     }
 }

@@ -7,6 +7,7 @@
 #include "viewmodels/BoardViewModel.h"
 #include "viewmodels/Commands.h"
 #include "viewmodels/OptimizeViewModel.h"
+#include "viewmodels/PermissionHelp.h"
 #include "viewmodels/QuickAddViewModel.h"
 #include "viewmodels/TaskListViewModel.h"
 #include "viewmodels/ToastViewModel.h"
@@ -50,6 +51,7 @@ class AppViewModel : public QObject
     Q_PROPERTY(vantrel::AppearanceModel *appearance READ appearance CONSTANT)
     Q_PROPERTY(vantrel::BoardLoadingViewModel *loading READ loading CONSTANT)
     Q_PROPERTY(vantrel::TaskListViewModel *taskList READ taskList CONSTANT)
+    Q_PROPERTY(vantrel::PermissionHelp *permissionHelp READ permissionHelp CONSTANT)
     Q_PROPERTY(vantrel::BoardViewModel *board READ board CONSTANT)
     Q_PROPERTY(vantrel::AnalyzeViewModel *analyze READ analyze CONSTANT)
     Q_PROPERTY(vantrel::OptimizeViewModel *optimize READ optimize CONSTANT)
@@ -66,6 +68,7 @@ public:
     AppearanceModel *appearance() { return &m_appearance; }
     BoardLoadingViewModel *loading() { return &m_loading; }
     TaskListViewModel *taskList() { return &m_taskList; }
+    PermissionHelp *permissionHelp() { return &m_permissionHelp; }
     BoardViewModel *board() { return &m_board; }
     AnalyzeViewModel *analyze() { return &m_analyze; }
     OptimizeViewModel *optimize() { return &m_optimize; }
@@ -96,6 +99,7 @@ private:
     AppearanceModel m_appearance;
     BoardLoadingViewModel m_loading;
     TaskListViewModel m_taskList;
+    PermissionHelp m_permissionHelp;
     BoardViewModel m_board;
     AnalyzeViewModel m_analyze;
     OptimizeViewModel m_optimize;

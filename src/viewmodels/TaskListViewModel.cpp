@@ -28,7 +28,7 @@ constexpr QStringView FromSettings = u"fromSettings";
 TaskListViewModel::TaskListViewModel(BoardState &board, TaskRepository &repository,
                                      TaskManagerFactory &factory, NotificationCenter &notifications,
                                      Announcer &announcer, ToastManager &toasts, Clock &clock,
-                                     DesktopFamily desktop, QObject *parent)
+                                     QObject *parent)
     : QObject(parent),
       m_board(board),
       m_repository(repository),
@@ -36,8 +36,7 @@ TaskListViewModel::TaskListViewModel(BoardState &board, TaskRepository &reposito
       m_notifications(notifications),
       m_announcer(announcer),
       m_toasts(toasts),
-      m_clock(clock),
-      m_desktop(desktop)
+      m_clock(clock)
 {
     updateCurrentTaskSources();
     observeRepository();
@@ -270,6 +269,15 @@ void TaskListViewModel::retry()
     loadTasks();
 }
 
+void TaskListViewModel::continueWithout()
+{
+    m_needsTaskManagerPermissions = false;
+    m_permissionMessage.reset();
+    // The repository's own report of the same failure has nothing to add.
+    m_errorMessage.reset();
+    Q_EMIT stateChanged();
+}
+
 void TaskListViewModel::announceFocusOnRetry()
 {
     m_announcer.announce(screen() == Screen::Permission ? tr("Focused on Try Again button")
@@ -308,39 +316,6 @@ TaskListViewModel::Screen TaskListViewModel::screen() const
     if (m_needsTaskManagerPermissions) return Screen::Permission;
     if (m_errorMessage) return Screen::Error;
     return Screen::Content;
-}
-
-QStringList TaskListViewModel::permissionSteps() const
-{
-    if (m_desktop != DesktopFamily::Mac) {
-        return {};
-    }
-    return {
-        tr("1. Open System Settings"),
-        tr("2. Go to Privacy & Security"),
-        tr("3. Select Automation or Reminders"),
-        tr("4. Enable access for Vantrel"),
-    };
-}
-
-QStringList TaskListViewModel::remindersGuidance() const
-{
-    if (m_desktop != DesktopFamily::Mac || !m_permissionMessage ||
-        !m_permissionMessage->contains(u"Reminders")) {
-        return {};
-    }
-    return {
-        tr("Reminders: Vantrel needs permission to access your Reminders."),
-        tr("When you first use Reminders integration, macOS will ask for permission."),
-        tr("If you don't see the permission dialog, you may need to grant access manually:"),
-        tr("1. Open System Preferences"),
-        tr("2. Go to Security & Privacy"),
-        tr("3. Click on Privacy tab"),
-        tr("4. Select Automation from the list"),
-        tr("5. Find Vantrel and enable access to Reminders"),
-        tr("6. Restart Vantrel completely"),
-        tr("Note: You may need to quit and restart Vantrel after granting permissions."),
-    };
 }
 
 QVariantList TaskListViewModel::viewModes() const

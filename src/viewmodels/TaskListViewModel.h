@@ -1,12 +1,10 @@
 #pragma once
 
 #include "board/BoardState.h"
-#include "feedback/DesktopPorts.h"
 #include "sources/TaskCache.h"
 #include "viewmodels/ViewMode.h"
 
 #include <QObject>
-#include <QStringList>
 #include <QVariantList>
 #include <QtQml/qqmlregistration.h>
 
@@ -33,8 +31,6 @@ class TaskListViewModel : public QObject
     Q_PROPERTY(Screen screen READ screen NOTIFY stateChanged)
     Q_PROPERTY(QString errorMessage READ errorMessage NOTIFY stateChanged)
     Q_PROPERTY(QString permissionMessage READ permissionMessage NOTIFY stateChanged)
-    Q_PROPERTY(QStringList permissionSteps READ permissionSteps CONSTANT)
-    Q_PROPERTY(QStringList remindersGuidance READ remindersGuidance NOTIFY stateChanged)
     Q_PROPERTY(QString viewMode READ viewMode NOTIFY viewModeChanged)
     Q_PROPERTY(QVariantList viewModes READ viewModes CONSTANT)
     Q_PROPERTY(bool isRailVisible READ isRailVisible NOTIFY stateChanged)
@@ -46,7 +42,7 @@ public:
 
     TaskListViewModel(BoardState &board, TaskRepository &repository, TaskManagerFactory &factory,
                       NotificationCenter &notifications, Announcer &announcer, ToastManager &toasts,
-                      Clock &clock, DesktopFamily desktop, QObject *parent = nullptr);
+                      Clock &clock, QObject *parent = nullptr);
 
     /** One run, unless the board has not finished its own first load. Returns at once. */
     Q_INVOKABLE void loadTasks();
@@ -54,6 +50,8 @@ public:
     Q_INVOKABLE void refresh();
     /** The retry buttons: says so, and runs. */
     Q_INVOKABLE void retry();
+    /** Leaves the permission screen for the board, until the next run that needs it. */
+    Q_INVOKABLE void continueWithout();
     Q_INVOKABLE void announceFocusOnRetry();
     /** `rawValue` of the mode. */
     Q_INVOKABLE void switchToViewMode(const QString &rawValue);
@@ -64,10 +62,6 @@ public:
     bool needsTaskManagerPermissions() const { return m_needsTaskManagerPermissions; }
     QString errorMessage() const { return m_errorMessage.value_or(QString()); }
     QString permissionMessage() const { return m_permissionMessage.value_or(QString()); }
-    /** How to allow access in the desktop's settings; nothing where it is not given there. */
-    QStringList permissionSteps() const;
-    /** Lines that stand below a permission message which speaks of Reminders. */
-    QStringList remindersGuidance() const;
     const WorkItems &tasks() const { return m_tasks; }
     QString currentTaskSources() const { return m_currentTaskSources; }
     ViewMode currentViewMode() const { return m_viewMode; }
@@ -108,7 +102,6 @@ private:
     Announcer &m_announcer;
     ToastManager &m_toasts;
     Clock &m_clock;
-    const DesktopFamily m_desktop;
     WorkItems m_tasks;
     QString m_toldOfMissingTasks;
     std::optional<QString> m_errorMessage;

@@ -19,9 +19,10 @@ const ScriptOutcome::Failure ProRequired{-1743, u"AppleScript is a Pro feature."
 /** A board with plain text tasks, and with OmniFocus behind the real bridge. */
 struct Board : Story
 {
-    Board()
+    explicit Board(const std::optional<ScriptOutcome::Failure> &failure = {}, bool hasPlainText = true)
     {
         scripts = &app;
+        app.failure = failure;
         for (const QString &name : {u"milk"_s, u"bread"_s}) {
             ScriptedOmniFocus::Task task;
             task.id = u"id-" + name;
@@ -30,7 +31,7 @@ struct Board : Story
         }
         begin();
         (*this)->managers.setTaskSourceConfiguration(
-            {.isOmniFocusEnabled = true, .isPlainTextEnabled = true});
+            {.isOmniFocusEnabled = true, .isPlainTextEnabled = hasPlainText});
         settle();
         advance(1.0);
     }
@@ -143,6 +144,21 @@ private Q_SLOTS:
         board.app.failure.reset();
         board.refresh();
         QCOMPARE(board.shownIn(u"Doing"_s), QStringList{u"bread"_s});
+    }
+
+    /** OmniFocus alone, and no permission from the start: the way to give it, not a dead end. */
+    void aFirstStartWithoutPermissionAsksForIt()
+    {
+        Board board(Denied, false);
+        TaskListViewModel &list = *board.viewModels().taskList();
+        board.viewModels().contentAppeared();
+        board.settle();
+        QCOMPARE(list.screen(), TaskListViewModel::Screen::Permission);
+        board.app.failure.reset();
+        list.retry();
+        board.settle();
+        QCOMPARE(list.screen(), TaskListViewModel::Screen::Content);
+        QCOMPARE(board.shownIn(u"To Do"_s).size(), 2);
     }
 
     /** What another program changes shows on the card that is there, with the board's own marks on it. */

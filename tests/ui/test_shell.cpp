@@ -220,6 +220,9 @@ void TestShell::aMissingPermissionIsExplained()
     QVERIFY(m_window->wait([this] { return m_window->item(u"permissionScreen"_s); }));
     QCOMPARE(m_window->focusName(), u"actionButton"_s);
     QVERIFY((*m_window)->announcer.history().contains(u"Focused on Try Again button"_s));
+
+    m_window->click(u"continueButton"_s);
+    QVERIFY(m_window->wait([this] { return m_window->item(u"board"_s); }));
 }
 
 void TestShell::aFailedFirstLoadCanBeTriedAgain()

@@ -4,6 +4,7 @@
 #include "foundations/NotificationNames.h"
 #include "sources/omnifocus/AppleScriptError.h"
 #include "support/TestRegistry.h"
+#include "viewmodels/PermissionHelp.h"
 #include "viewmodels/TaskListViewModel.h"
 
 #include <QSignalSpy>
@@ -22,11 +23,11 @@ using Failure = std::function<void(FakeTaskManager &)>;
 class MainLoop : public TestBoard
 {
 public:
-    explicit MainLoop(const TaskSourceConfiguration &sources, DesktopFamily family = DesktopFamily::Linux)
+    explicit MainLoop(const TaskSourceConfiguration &sources)
     {
         managers().setTaskSourceConfiguration(sources);
         list = std::make_unique<TaskListViewModel>(**this, repository(), managers(), notifications, announcer,
-                                                   toasts, store.clock, family);
+                                                   toasts, store.clock);
     }
 
     /** The board's own load, with these tasks of OmniFocus. */
@@ -68,7 +69,8 @@ private Q_SLOTS:
     void reportsWithoutARunShowTheErrorScreen();
     void anUnusableEditionOfOmniFocusIsSwitchedOff();
     void theBoardsSecondAttemptClearsTheFirstOnesError();
-    void theStepsAreThoseOfTheDesktop();
+    void theHelpIsThatOfTheDesktop();
+    void theUserMayGoOnWithoutASource();
     void settingsRefreshTheScreenOnlyWhenTheySaySo();
     void aSwitchIsSpokenAndCountsAgain();
     void aModeWithoutAScreenIsNotOffered();
@@ -211,23 +213,41 @@ void TestTaskListViewModel::theBoardsSecondAttemptClearsTheFirstOnesError()
     QCOMPARE(loop.list->screen(), Screen::Content);
 }
 
-void TestTaskListViewModel::theStepsAreThoseOfTheDesktop()
+void TestTaskListViewModel::theHelpIsThatOfTheDesktop()
 {
-    for (const DesktopFamily family : {DesktopFamily::Linux, DesktopFamily::Mac}) {
-        const bool isMac = family == DesktopFamily::Mac;
-        MainLoop loop({.isRemindersEnabled = true, .isPlainTextEnabled = false}, family);
-        loop.reminders.fetches.give({});
-        launch((*loop).loadDataAsync(), u"load"_s);
-        loop.advance(1.0);
-        loop.repository().invalidateCache();
-        loop.reminders.hasPermission = false;
+    MainLoop loop({.isRemindersEnabled = true, .isPlainTextEnabled = false});
+    loop.reminders.fetches.give({});
+    launch((*loop).loadDataAsync(), u"load"_s);
+    loop.advance(1.0);
+    loop.repository().invalidateCache();
+    loop.reminders.hasPermission = false;
+    loop.run();
+    const QString message = loop.list->permissionMessage();
+    QCOMPARE(message, u"Permission issue: Reminders: Please allow it."_s);
 
-        loop.run();
+    PermissionHelp mac(loop.managers(), loop.desktop.urls, DesktopFamily::Mac);
+    QCOMPARE(mac.steps().size(), 4);
+    QCOMPARE(mac.remindersGuidance(message).size(), 10);
+    QCOMPARE(mac.remindersGuidance(Denied), QStringList());
+    mac.openSystemSettings(message);
+    mac.openSystemSettings(Denied);
+    QVERIFY(loop.desktop.urls.opened.front().toString().endsWith(u"Privacy_Reminders"));
+    QVERIFY(loop.desktop.urls.opened.back().toString().endsWith(u"Privacy_Automation"));
+    const PermissionHelp linux(loop.managers(), loop.desktop.urls, DesktopFamily::Linux);
+    QVERIFY(linux.steps().isEmpty() && linux.remindersGuidance(message).isEmpty());
+}
 
-        QCOMPARE(loop.list->permissionMessage(), u"Permission issue: Reminders: Please allow it."_s);
-        QCOMPARE(loop.list->permissionSteps().isEmpty(), !isMac);
-        QCOMPARE(loop.list->remindersGuidance().isEmpty(), !isMac);
-    }
+void TestTaskListViewModel::theUserMayGoOnWithoutASource()
+{
+    MainLoop loop(OnlyOmniFocus);
+    loop.loadBoard({makeTask(u"a"_s)});
+    loop.omniFocus.hasPermission = false;
+    loop.run();
+    QCOMPARE(loop.list->screen(), Screen::Permission);
+    loop.list->continueWithout();
+    QCOMPARE(loop.list->screen(), Screen::Content);
+    loop.run();
+    QCOMPARE(loop.list->screen(), Screen::Permission);
 }
 
 void TestTaskListViewModel::settingsRefreshTheScreenOnlyWhenTheySaySo()

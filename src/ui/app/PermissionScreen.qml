@@ -8,6 +8,7 @@ MessageScreen {
     id: root
 
     required property TaskListViewModel taskList
+    required property PermissionHelp help
 
     symbol: "lock.shield"
     title: qsTr("Permission Required")
@@ -17,6 +18,28 @@ MessageScreen {
     actionDescription: qsTr("Attempts to load your tasks again")
     onActionTriggered: taskList.retry()
     onActionFocused: taskList.announceFocusOnRetry()
+    otherActions: [
+        AppButton {
+            objectName: "triggerButton"
+            visible: root.help.grantedInSettings
+            text: qsTr("Trigger Permission Dialog")
+            Accessible.description: qsTr("Asks the system for the permission")
+            onClicked: root.help.triggerPermissionDialog()
+        },
+        AppButton {
+            objectName: "settingsButton"
+            visible: root.help.grantedInSettings
+            text: qsTr("Open System Settings")
+            Accessible.description: qsTr("Opens the place where the permission is given")
+            onClicked: root.help.openSystemSettings(root.taskList.permissionMessage)
+        },
+        AppButton {
+            objectName: "continueButton"
+            text: qsTr("Continue Without")
+            Accessible.description: qsTr("Shows the board without the tasks that may not be read")
+            onClicked: root.taskList.continueWithout()
+        }
+    ]
 
     ThemedText {
         visible: steps.count > 0
@@ -27,7 +50,7 @@ MessageScreen {
     }
     Repeater {
         id: steps
-        model: root.taskList.permissionSteps
+        model: root.help.steps
 
         ThemedText {
             required property string modelData
@@ -44,7 +67,7 @@ MessageScreen {
         wrapMode: Text.Wrap
     }
     Repeater {
-        model: root.taskList.remindersGuidance
+        model: root.help.remindersGuidance(root.taskList.permissionMessage)
 
         ThemedText {
             required property string modelData

@@ -21,6 +21,7 @@ FocusScope {
             objectName: "permissionScreen"
             focus: true
             taskList: root.taskList
+            help: root.app.permissionHelp
         }
     }
     Lazy {

@@ -16,6 +16,8 @@ FocusScope {
     property string accessibleName: title
     property string accessibleDescription: message
     default property alias extra: extraColumn.data
+    /** Buttons beside the action. */
+    property alias otherActions: otherActions.data
 
     signal actionTriggered
     signal actionFocused
@@ -81,6 +83,11 @@ FocusScope {
                 focus: true
                 onClicked: root.actionTriggered()
                 onActiveFocusChanged: if (activeFocus) root.actionFocused()
+            }
+            Flow {
+                id: otherActions
+                anchors.horizontalCenter: parent.horizontalCenter
+                spacing: 8
             }
         }
     }
