@@ -30,6 +30,7 @@ AppViewModel::AppViewModel(const ViewModelServices &services, QObject *parent)
                  services.clock),
       m_commands(services.notifications, services.defaults, services.desktop),
       m_quickAdd(services.managers, services.notifications, services.announcer),
+      m_remindersFolder(services.defaults, services.notifications, services.desktop),
       m_toast(services.toasts),
       m_gauge(services.board)
 {

@@ -9,6 +9,7 @@
 #include "viewmodels/OptimizeViewModel.h"
 #include "viewmodels/PermissionHelp.h"
 #include "viewmodels/QuickAddViewModel.h"
+#include "viewmodels/RemindersFolderModel.h"
 #include "viewmodels/TaskListViewModel.h"
 #include "viewmodels/ToastViewModel.h"
 #include "viewmodels/WIPGaugeViewModel.h"
@@ -57,6 +58,7 @@ class AppViewModel : public QObject
     Q_PROPERTY(vantrel::OptimizeViewModel *optimize READ optimize CONSTANT)
     Q_PROPERTY(vantrel::Commands *commands READ commands CONSTANT)
     Q_PROPERTY(vantrel::QuickAddViewModel *quickAdd READ quickAdd CONSTANT)
+    Q_PROPERTY(vantrel::RemindersFolderModel *remindersFolder READ remindersFolder CONSTANT)
     Q_PROPERTY(vantrel::ToastViewModel *toast READ toast CONSTANT)
     Q_PROPERTY(vantrel::WIPGaugeViewModel *gauge READ gauge CONSTANT)
     Q_PROPERTY(bool saving READ isSaving NOTIFY savingChanged)
@@ -74,6 +76,7 @@ public:
     OptimizeViewModel *optimize() { return &m_optimize; }
     Commands *commands() { return &m_commands; }
     QuickAddViewModel *quickAdd() { return &m_quickAdd; }
+    RemindersFolderModel *remindersFolder() { return &m_remindersFolder; }
     ToastViewModel *toast() { return &m_toast; }
     WIPGaugeViewModel *gauge() { return &m_gauge; }
     bool isSaving() const { return m_saveIndicator.isSaving(); }
@@ -105,6 +108,7 @@ private:
     OptimizeViewModel m_optimize;
     Commands m_commands;
     QuickAddViewModel m_quickAdd;
+    RemindersFolderModel m_remindersFolder;
     ToastViewModel m_toast;
     WIPGaugeViewModel m_gauge;
     bool m_isBoardEmpty = false;

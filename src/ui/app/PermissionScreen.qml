@@ -9,6 +9,7 @@ MessageScreen {
 
     required property TaskListViewModel taskList
     required property PermissionHelp help
+    required property RemindersFolderModel remindersFolder
 
     symbol: "lock.shield"
     title: qsTr("Permission Required")
@@ -19,6 +20,14 @@ MessageScreen {
     onActionTriggered: taskList.retry()
     onActionFocused: taskList.announceFocusOnRetry()
     otherActions: [
+        AppButton {
+            objectName: "chooseFolderButton"
+            visible: root.remindersFolder.offered
+            text: qsTr("Choose Folder...")
+            symbol: "folder"
+            Accessible.description: qsTr("Opens a dialog to choose the folder of your task lists")
+            onClicked: root.chooseFolder()
+        },
         AppButton {
             objectName: "triggerButton"
             visible: root.help.grantedInSettings
@@ -40,6 +49,18 @@ MessageScreen {
             onClicked: root.taskList.continueWithout()
         }
     ]
+
+    property var folderDialog: null
+
+    /** The dialog is heavy, and hardly ever seen: it is made here. */
+    function chooseFolder() {
+        if (!folderDialog) {
+            folderDialog = Qt.createComponent("RemindersFolderDialog.qml").createObject(root);
+            folderDialog.accepted.connect(() => remindersFolder.choose(folderDialog.selectedFolder));
+        }
+        folderDialog.currentFolder = remindersFolder.startFolder;
+        folderDialog.open();
+    }
 
     ThemedText {
         visible: steps.count > 0

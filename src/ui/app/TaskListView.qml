@@ -22,6 +22,7 @@ FocusScope {
             focus: true
             taskList: root.taskList
             help: root.app.permissionHelp
+            remindersFolder: root.app.remindersFolder
         }
     }
     Lazy {
