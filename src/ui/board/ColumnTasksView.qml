@@ -20,6 +20,7 @@ ListView {
 
     /** The card with the focus is one of these, as far as is known. */
     property bool hasFocused: false
+    property bool isAtHome: false
     property bool isDraggedOver: false
     property real scrolledBeforeDrag: 0
     /** How far the cell is scrolled. */
@@ -43,8 +44,22 @@ ListView {
     bottomMargin: frame.cellPadding - frame.cardGap + tail
     T.ScrollBar.vertical: AppScrollBar {}
 
-    Component.onCompleted: scrollTo(cell?.scrollPosition ?? 0)
-    Component.onDestruction: if (cell) cell.scrollPosition = scrolled
+    // Where the view was scrolled to when it was last here; it first has to know its cards.
+    Component.onCompleted: returning.start()
+    onContentYChanged: if (isAtHome && cell && height > 0) cell.scrollPosition = contentY - originY + topMargin
+
+    Timer {
+        id: returning
+        interval: 0
+        onTriggered: {
+            const place = root.cell?.scrollPosition ?? 0;
+            if (place > 0) {
+                root.forceLayout();
+                root.scrollTo(place);
+            }
+            root.isAtHome = true;
+        }
+    }
 
     function scrollTo(place: real) {
         contentY = originY - topMargin + place;

@@ -16,6 +16,8 @@ Rectangle {
 
     readonly property bool isChip: tint.a > 0
     readonly property real padding: isChip ? 6 * zoom : 0
+    /** The text is longer than there is room. */
+    readonly property bool isCut: textX + label.implicitWidth + padding > maximumWidth
     readonly property real textX: padding + (symbol === "" ? 0 : icon.width + (text === "" ? 0 : 4 * zoom))
 
     implicitWidth: Math.min(maximumWidth, textX + (label.text === "" ? 0 : label.implicitWidth) + padding)
@@ -35,7 +37,7 @@ Rectangle {
     ThemedText {
         id: label
         x: root.textX
-        width: root.width - x - root.padding
+        width: root.isCut ? root.maximumWidth - x - root.padding : undefined
         anchors.verticalCenter: parent.verticalCenter
         visible: text !== ""
         text: root.text
