@@ -34,7 +34,29 @@ struct Wishes
     SampleSources sources = SampleSources::PlainText;
     QSize size{1280, 820};
     QString command;
+    QString state;
 };
+
+/** What can be shown besides a board at rest. */
+void bringAbout(const QString &state, Services &services, BoardViewModel &view)
+{
+    BoardState &board = *services.board;
+    const auto &lanes = board.swimLaneManager().swimLanes();
+    const auto &columns = board.columnManager().columns();
+    const WorkItems doing = board.cell(lanes.front().id, columns.at(1).id);
+    if (state == u"focus") {
+        board.focusTask(doing.front()->id());
+    } else if (state == u"isolation") {
+        board.isolateSwimLane(lanes.at(1).id);
+    } else if (state == u"selection") {
+        for (const WorkItemPtr &task : doing) {
+            board.toggleTaskSelection(task->id());
+        }
+    } else if (state == u"block") {
+        view.tapCard(doing.at(1)->id(), false);
+        view.popover()->open(doing.at(1)->id(), KanbanCardFocus::Blocked);
+    }
+}
 
 /** Runs the event loop until `isDone`, ten seconds at most. */
 bool runUntil(const std::function<bool()> &isDone)
@@ -94,6 +116,10 @@ int draw(const Wishes &wishes)
             command->trigger();
         }
     }
+    rest(100);
+    if (!wishes.isEmpty) {
+        bringAbout(wishes.state, services, *app.board());
+    }
     rest(400);
     const bool isSaved = window.window()->grabWindow().save(wishes.path);
     for (const QString &warning : window.warnings()) {
@@ -137,7 +163,10 @@ int main(int argc, char *argv[])
                                      QStringLiteral("id"));
     const QCommandLineOption size(QStringLiteral("size"), QStringLiteral("Points, as 1280x820."),
                                   QStringLiteral("wxh"));
-    parser.addOptions({out, dark, light, empty, demo, scale, command, size});
+    const QCommandLineOption state(QStringLiteral("state"),
+                                   QStringLiteral("One of: focus, isolation, selection, block."),
+                                   QStringLiteral("name"));
+    parser.addOptions({out, dark, light, empty, demo, scale, command, size, state});
     parser.addHelpOption();
     parser.process(application);
 
@@ -147,6 +176,7 @@ int main(int argc, char *argv[])
     wishes.isEmpty = parser.isSet(empty);
     if (parser.isSet(demo)) wishes.sources = SampleSources::All;
     wishes.command = parser.value(command);
+    wishes.state = parser.value(state);
     const QStringList sides = parser.value(size).split(u'x');
     if (sides.size() == 2) wishes.size = QSize(sides.at(0).toInt(), sides.at(1).toInt());
     return draw(wishes);

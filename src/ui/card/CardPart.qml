@@ -16,11 +16,9 @@ Rectangle {
 
     readonly property bool isChip: tint.a > 0
     readonly property real padding: isChip ? 6 * zoom : 0
-    /** The text is longer than there is room. */
-    readonly property bool isCut: textX + label.implicitWidth + padding > maximumWidth
     readonly property real textX: padding + (symbol === "" ? 0 : icon.width + (text === "" ? 0 : 4 * zoom))
 
-    implicitWidth: Math.min(maximumWidth, textX + (label.text === "" ? 0 : label.implicitWidth) + padding)
+    implicitWidth: textX + (label.text === "" ? 0 : label.width) + padding
     implicitHeight: 19 * zoom
     radius: Theme.chipRadius * zoom
     color: tint
@@ -37,7 +35,7 @@ Rectangle {
     ThemedText {
         id: label
         x: root.textX
-        width: root.isCut ? root.maximumWidth - x - root.padding : undefined
+        width: Math.min(implicitWidth, root.maximumWidth - x - root.padding)
         anchors.verticalCenter: parent.verticalCenter
         visible: text !== ""
         text: root.text
