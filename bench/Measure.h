@@ -33,6 +33,9 @@ inline double milliseconds(const std::function<void()> &work)
     return static_cast<double>(timer.nsecsElapsed()) / 1e6;
 }
 
+/** Milliseconds that this thread has worked since it began. */
+double threadMilliseconds();
+
 /** What a thing costs, and what its reference costs, measured in turns: the machine's pace changes between
  * runs. */
 struct Comparison
@@ -87,7 +90,11 @@ long residentKiB();
 struct LoopWatch
 {
     double longestBlockMilliseconds = 0.0;
+    /** The longest that this thread itself worked in one turn: without what other programs took from it. */
+    double longestWorkMilliseconds = 0.0;
     void runUntil(const std::function<bool()> &isDone);
+    /** Notes `work` as one turn; gives how long it took. */
+    double note(const std::function<void()> &work);
 };
 
 } // namespace vantrel::bench

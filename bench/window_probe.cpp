@@ -36,14 +36,16 @@ struct Probe
 
     double sinceStart() const { return (nanoseconds(CLOCK_MONOTONIC) - startedAt) / 1e6; }
 
-    void awaitFrame(QQuickWindow *window)
+    /** Waits for the next frame. Returns when it was shown, in milliseconds since the start. */
+    double awaitFrame(QQuickWindow *window)
     {
-        bool isShown = false;
-        const auto connection =
-            QObject::connect(window, &QQuickWindow::frameSwapped, window, [&isShown] { isShown = true; });
+        double shownAt = 0.0;
+        const auto connection = QObject::connect(window, &QQuickWindow::frameSwapped, window,
+                                                 [this, &shownAt] { shownAt = sinceStart(); });
         window->update();
-        LoopWatch().runUntil([&isShown] { return isShown; });
+        LoopWatch().runUntil([&shownAt] { return shownAt > 0.0; });
         QObject::disconnect(connection);
+        return shownAt;
     }
 
     void tell(const QString &what, double value) { figures.insert(what, value); }
@@ -65,8 +67,7 @@ void probeReference(Probe &probe, const QString &file)
     QQmlApplicationEngine engine;
     engine.load(QUrl(u"qrc:/bench/" + file));
     auto *window = qobject_cast<QQuickWindow *>(engine.rootObjects().value(0));
-    probe.awaitFrame(window);
-    probe.tell(QStringLiteral("firstFrame"), probe.sinceStart());
+    probe.tell(QStringLiteral("firstFrame"), probe.awaitFrame(window));
     probe.tell(QStringLiteral("residentKiB"), static_cast<double>(residentKiB()));
 }
 
@@ -115,13 +116,11 @@ void probeBoard(Probe &probe, const QString &folder, int idleSeconds)
     AppViewModel app(viewModelServices(bench.services()));
     MainWindow main(app);
     QQuickWindow *window = main.window();
-    probe.awaitFrame(window);
-    probe.tell(QStringLiteral("firstFrame"), probe.sinceStart());
+    probe.tell(QStringLiteral("firstFrame"), probe.awaitFrame(window));
     const QString card = QStringLiteral("column-");
     LoopWatch().runUntil(
         [&] { return bench.board().hasBeenOrganized() && countItems(window->contentItem(), card) > 20; });
-    probe.awaitFrame(window);
-    probe.tell(QStringLiteral("completeBoard"), probe.sinceStart());
+    probe.tell(QStringLiteral("completeBoard"), probe.awaitFrame(window));
     LoopWatch().runUntil([&] { return bench.board().loadingState() == BoardLoadingState::Loaded; });
     bench.settle();
     QEventLoop rest;

@@ -10,6 +10,7 @@
 #include "persistence/BoardJournal.h"
 #include "persistence/BoardMemory.h"
 #include "persistence/FileCacheStore.h"
+#include "persistence/PlainTextReading.h"
 #include "persistence/StorageProblem.h"
 
 #include <QCoroTask>
@@ -75,7 +76,7 @@ public:
     /** See loadTaskPositions(). */
     QCoro::Task<std::optional<std::vector<PersistentTaskPosition>>>
     readTaskPositions(ColumnId columnId, std::optional<SwimLaneId> swimLaneId);
-    QCoro::Task<std::optional<std::vector<PlainTextRecord>>> readPlainTextTasks();
+    QCoro::Task<std::optional<PlainTextReading>> readPlainTextTasks(std::optional<StoreMark> since = {});
 
     // Placements.
 

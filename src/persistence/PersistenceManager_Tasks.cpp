@@ -43,6 +43,24 @@ std::optional<BoardMemory> boardMemory(BoardStore &store)
                        *std::move(priorities), isBehind};
 }
 
+std::optional<PlainTextReading> plainTextReading(BoardStore &store, std::optional<StoreMark> since)
+{
+    const SqliteSnapshot snapshot(store.database.connection());
+    const std::optional<StoreMark> mark = store.database.connection().contentMark();
+    if (!mark) {
+        return std::nullopt;
+    }
+    if (mark == since) {
+        return PlainTextReading{*mark, true, {}, {}};
+    }
+    auto rows = store.plainTextTasks.loadAll();
+    auto places = store.positions.loadAll();
+    if (!rows || !places) {
+        return std::nullopt;
+    }
+    return PlainTextReading{*mark, false, *std::move(rows), *std::move(places)};
+}
+
 } // namespace
 
 void PersistenceManager::write(std::function<bool()> change)
@@ -79,9 +97,10 @@ PersistenceManager::readTaskPositions(ColumnId columnId, std::optional<SwimLaneI
     });
 }
 
-QCoro::Task<std::optional<std::vector<PlainTextRecord>>> PersistenceManager::readPlainTextTasks()
+QCoro::Task<std::optional<PlainTextReading>>
+PersistenceManager::readPlainTextTasks(std::optional<StoreMark> since)
 {
-    return readLater(*m_store, [store = m_store.get()] { return store->plainTextTasks.loadAll(); });
+    return readLater(*m_store, [store = m_store.get(), since] { return plainTextReading(*store, since); });
 }
 
 QCoro::Task<std::optional<std::vector<CachedFile>>> PersistenceManager::readFileCache(QByteArray scope)

@@ -192,7 +192,7 @@ void TestIoFailures::readsEverythingOrNothing()
         const auto tasks = await(store->readPlainTextTasks());
 
         QVERIFY(!memory || memory->positions == complete->positions);
-        QVERIFY(!tasks || tasks->size() == script.state().tasks.size());
+        QVERIFY(!tasks || tasks->rows.size() == script.state().tasks.size());
         nothing += !memory || !tasks ? 1 : 0;
         const bool hasFailed = vfs.hasFailed();
         vfs.failAt(0);

@@ -88,10 +88,16 @@ void TestPlainTextTasks::readsBackWhatWasSaved()
     store->savePlainTextTask(record);
     store.reopen();
 
-    const std::optional<std::vector<PlainTextRecord>> read = await(store->readPlainTextTasks());
+    const std::optional<PlainTextReading> read = await(store->readPlainTextTasks());
 
     QVERIFY(read.has_value());
-    QCOMPARE(*read, std::vector{record});
+    QCOMPARE(read->rows, std::vector{record});
+    QVERIFY(await(store->readPlainTextTasks(read->mark))->isUnchanged);
+    record.fields.name += u'!';
+    store->savePlainTextTask(record);
+    const std::optional<PlainTextReading> again = await(store->readPlainTextTasks(read->mark));
+    QVERIFY(!again->isUnchanged);
+    QCOMPARE(again->rows, std::vector{record});
 }
 
 void TestPlainTextTasks::keepsTheFirstCreationDate()

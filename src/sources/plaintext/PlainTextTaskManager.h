@@ -6,6 +6,7 @@
 #include "foundations/NotificationCenter.h"
 #include "foundations/PlainTextWorkItem.h"
 #include "foundations/SwimLane.h"
+#include "persistence/PlainTextReading.h"
 #include "sources/TaskManagerProtocol.h"
 
 #include <QCoroTask>
@@ -103,9 +104,10 @@ private:
 
     // Fetching (PlainTextTaskManager_Fetching.cpp)
     QCoro::Task<> readAndTakeOver();
-    /** nullptr where there is no store, or where this object is gone. */
+    /** nullptr if nothing was stored since the last fetch, if there is no store, or if this object is gone.
+     */
     QCoro::Task<std::shared_ptr<ReconciledTasks>> readStore();
-    QCoro::Task<WorkItems> takeOverAll(std::shared_ptr<ReconciledTasks> told);
+    QCoro::Task<> takeOverAll(std::shared_ptr<ReconciledTasks> told);
     void expectAllTasks();
     QCoro::Task<> placeAtEnd(QStringList taskIds);
     /** The task as the store tells it; nullptr if it was removed since. */
@@ -129,6 +131,8 @@ private:
     QSet<QString> m_removedIds;
     /** How many of them there were when the fetch under way read the store. */
     qsizetype m_removedAtReading = 0;
+    /** What the store was like when m_loadedTasks were read from it. */
+    std::optional<StoreMark> m_mark;
     /** All that a fetch under way has read was removed since. */
     bool m_isReadingVoid = false;
     /** The fetch under way; the next one waits for it. */

@@ -82,21 +82,12 @@ QCoro::Task<> PlainTextTaskManager::readAndTakeOver()
     QElapsedTimer elapsed;
     elapsed.start();
     const QPointer self(this);
-    const Told told = co_await readStore();
-    if (!self || !told) {
-        co_return;
+    if (const Told told = co_await readStore(); self && told) {
+        co_await takeOverAll(told);
     }
-    logDisagreement(*told);
-    co_await placeAtEnd(told->withoutPlace);
     if (!self) {
         co_return;
     }
-    WorkItems tasks = co_await takeOverAll(told);
-    if (!self) {
-        co_return;
-    }
-    replaceLoadedTasks(std::move(tasks));
-    storeCompletionDates(told->withInventedCompletionDate);
     const QString count = QString::number(m_loadedTasks.size());
     const double milliseconds = static_cast<double>(elapsed.nsecsElapsed()) / 1e6;
     log::info(u"Created total of " + count + u" plain text tasks from persistence data");
@@ -108,27 +99,32 @@ QCoro::Task<std::shared_ptr<ReconciledTasks>> PlainTextTaskManager::readStore()
 {
     const QPointer self(this);
     expectAllTasks();
-    // Both are asked for in one breath, so that the store changes neither before nor between.
-    auto askedRows = m_persistence.readPlainTextTasks();
-    auto askedPlaces = m_persistence.readAllTaskPositions();
-    auto rows = co_await std::move(askedRows);
-    auto places = co_await std::move(askedPlaces);
+    auto reading = co_await m_persistence.readPlainTextTasks(m_mark);
     if (!self) {
         co_return Told();
     }
-    if ((!rows || !places) && m_persistence.isWithoutDatabase()) {
+    if (!reading && m_persistence.isWithoutDatabase()) {
         // The user knows, and goes on with what is in memory.
         co_return Told();
     }
-    if (!rows || !places) {
+    if (!reading) {
         throw SourceError(QStringLiteral("PlainTextError"), 1, tr("The plain text tasks could not be read."));
     }
-    co_return co_await reconcileOnWorker(std::move(*rows), std::move(*places), m_clock.now());
+    if (reading->isUnchanged) {
+        co_return Told();
+    }
+    m_mark = reading->mark;
+    co_return co_await reconcileOnWorker(std::move(reading->rows), std::move(reading->places), m_clock.now());
 }
 
-QCoro::Task<WorkItems> PlainTextTaskManager::takeOverAll(std::shared_ptr<ReconciledTasks> told)
+QCoro::Task<> PlainTextTaskManager::takeOverAll(std::shared_ptr<ReconciledTasks> told)
 {
     const QPointer self(this);
+    logDisagreement(*told);
+    co_await placeAtEnd(told->withoutPlace);
+    if (!self) {
+        co_return;
+    }
     WorkItems tasks;
     tasks.reserve(told->tasks.size());
     // Growing on the way would move all entries in one piece.
@@ -141,12 +137,14 @@ QCoro::Task<WorkItems> PlainTextTaskManager::takeOverAll(std::shared_ptr<Reconci
         if (slice.isUsedUp()) {
             co_await m_clock.yieldToEventLoop();
             if (!self) {
-                break;
+                co_return;
             }
             slice.restart();
         }
     }
-    co_return tasks;
+    replaceLoadedTasks(std::move(tasks));
+    storeCompletionDates(told->withInventedCompletionDate);
+    QThreadPool::globalInstance()->start([told = std::move(told)]() mutable { told.reset(); });
 }
 
 void PlainTextTaskManager::expectAllTasks()
@@ -241,15 +239,13 @@ QCoro::Task<WorkItems> PlainTextTaskManager::forceReloadTasks()
 QCoro::Task<> PlainTextTaskManager::logStore()
 {
     const Date now = m_clock.now();
-    auto askedRows = m_persistence.readPlainTextTasks();
-    auto askedPlaces = m_persistence.readAllTaskPositions();
-    const auto rows = co_await std::move(askedRows);
-    const auto places = co_await std::move(askedPlaces);
-    if (!rows || !places) {
+    const auto reading = co_await m_persistence.readPlainTextTasks();
+    if (!reading) {
         co_return;
     }
-    log::debug(u"📊 SQLite database contains " + QString::number(rows->size()) + u" plain text tasks:");
-    for (const PlainTextRecord &row : *rows) {
+    log::debug(u"📊 SQLite database contains " + QString::number(reading->rows.size()) +
+               u" plain text tasks:");
+    for (const PlainTextRecord &row : reading->rows) {
         const WorkItemFields &fields = row.fields;
         const Date modified = fields.modificationDate.value_or(fields.creationDate);
         const double days = (now - fields.creationDate) / SecondsPerDay;
@@ -260,9 +256,10 @@ QCoro::Task<> PlainTextTaskManager::logStore()
     const auto isPlainText = [](const PersistentTaskPosition &place) {
         return sourceOf(place.id) == TaskSource::PlainText;
     };
-    log::debug(QString::number(std::count_if(places->begin(), places->end(), isPlainText)) +
-               u" plain text positions out of " + QString::number(places->size()) + u" total positions");
-    for (const PersistentTaskPosition &place : *places) {
+    const std::vector<PersistentTaskPosition> &places = reading->places;
+    log::debug(QString::number(std::count_if(places.begin(), places.end(), isPlainText)) +
+               u" plain text positions out of " + QString::number(places.size()) + u" total positions");
+    for (const PersistentTaskPosition &place : places) {
         if (isPlainText(place)) {
             log::debug(u"   " + place.id + u" in column " + place.columnId.text() + u" at " +
                        QString::number(place.position));

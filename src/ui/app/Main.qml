@@ -42,6 +42,11 @@ Window {
         }
     }
 
+    function openShell() {
+        if (shell.status === Loader.Null)
+            shell.setSource("Shell.qml", {app: root.app});
+    }
+
     // By its file, not as a component: the shell's types, and the libraries that they need, are read only then.
     Loader {
         id: shell
@@ -53,8 +58,9 @@ Window {
         target: root
         enabled: shell.status === Loader.Null
 
+        // Not at once: the frame is on its way, and whoever shows it comes first.
         function onFrameSwapped() {
-            shell.setSource("Shell.qml", {app: root.app});
+            Qt.callLater(root.openShell);
         }
     }
 }
