@@ -121,7 +121,11 @@ QCoro::Task<> PlainTextTaskManager::takeOverAll(std::shared_ptr<ReconciledTasks>
 {
     const QPointer self(this);
     logDisagreement(*told);
-    co_await placeAtEnd(told->withoutPlace);
+    if (!told->withoutPlace.isEmpty()) {
+        // They may not get a place yet: the next fetch tries again.
+        m_mark.reset();
+        co_await placeAtEnd(told->withoutPlace);
+    }
     if (!self) {
         co_return;
     }

@@ -17,7 +17,11 @@ FocusScope {
     Accessible.role: Accessible.ToolBar
     Accessible.name: qsTr("Toolbar")
 
+    /** Made when it is first wanted: with all its commands it costs as much as the whole bar. */
+    property CommandMenu menu: null
+
     function openMenu() {
+        menu ??= menuMaker.createObject(root);
         menu.popup(menuButton, menuButton.width - menu.implicitWidth, menuButton.height + 4);
         menu.currentIndex = -1;
     }
@@ -97,13 +101,16 @@ FocusScope {
             symbol: "line.3.horizontal"
             text: qsTr("Menu")
             hint: qsTr("All commands") + "  " + root.menuCommand.keys
-            active: menu.visible
+            active: root.menu?.visible ?? false
             onClicked: root.menuCommand.trigger()
         }
     }
 
-    CommandMenu {
-        id: menu
-        commands: root.app.commands
+    Component {
+        id: menuMaker
+
+        CommandMenu {
+            commands: root.app.commands
+        }
     }
 }

@@ -75,8 +75,8 @@ FocusScope {
                     color: button.selected ? Theme.surface : button.hovered ? Theme.hover : "transparent"
                     FocusRing { active: button.visualFocus }
                 }
-                AppToolTip {
-                    visible: button.hovered
+                HoverHint {
+                    shown: button.hovered
                     text: button.modelData.help
                 }
             }

@@ -70,8 +70,8 @@ Item {
         }
     }
     HoverHandler { id: hover }
-    AppToolTip {
-        visible: hover.hovered
+    HoverHint {
+        shown: hover.hovered
         text: root.gauge.description
     }
 }

@@ -58,8 +58,8 @@ T.AbstractButton {
         }
     }
 
-    AppToolTip {
-        visible: root.hovered && root.hint !== ""
+    HoverHint {
+        shown: root.hovered
         text: root.hint
     }
 }

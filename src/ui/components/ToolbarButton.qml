@@ -39,8 +39,8 @@ T.AbstractButton {
         FocusRing { active: root.visualFocus }
     }
 
-    AppToolTip {
-        visible: root.hovered && root.hint !== ""
+    HoverHint {
+        shown: root.hovered
         text: root.hint
     }
 }
