@@ -21,7 +21,8 @@ FocusScope {
     property CommandMenu menu: null
 
     function openMenu() {
-        menu ??= menuMaker.createObject(root);
+        if (!menu)
+            menu = menuMaker.createObject(root);
         menu.popup(menuButton, menuButton.width - menu.implicitWidth, menuButton.height + 4);
         menu.currentIndex = -1;
     }

@@ -42,11 +42,6 @@ Window {
         }
     }
 
-    function openShell() {
-        if (shell.status === Loader.Null)
-            shell.setSource("Shell.qml", {app: root.app});
-    }
-
     // By its file, not as a component: the shell's types, and the libraries that they need, are read only then.
     Loader {
         id: shell
@@ -56,11 +51,16 @@ Window {
     }
     Connections {
         target: root
-        enabled: shell.status === Loader.Null
+        enabled: shell.status === Loader.Null && !opening.running
 
-        // Not at once: the frame is on its way, and whoever shows it comes first.
         function onFrameSwapped() {
-            Qt.callLater(root.openShell);
+            opening.start();
         }
+    }
+    // Not at once: the frame is on its way, and whoever shows it comes first.
+    Timer {
+        id: opening
+        interval: 0
+        onTriggered: shell.setSource("Shell.qml", {app: root.app})
     }
 }
