@@ -40,7 +40,12 @@ Item {
     /** What is to be said of the part at this point. */
     function tipAt(x: real, y: real): string {
         const part = age.contains(age.mapFromItem(root, x, y)) ? age : flow.childAt(x, y);
-        return part?.tip ?? "";
+        return part instanceof Loader ? part.item.tip : part?.tip ?? "";
+    }
+
+    /** Most cards have few of these, and a board has many cards: each is made only where it is. */
+    component RarePart: Loader {
+        visible: active
     }
 
     Flow {
@@ -55,47 +60,57 @@ Item {
             ink: Theme.faintText
             tip: root.card.sourceText
         }
-        CardPart {
+        RarePart {
             id: priority
-            visible: root.card.priorityIcon !== ""
-            zoom: root.zoom
-            symbol: root.card.priorityIcon
-            ink: Theme.redText
-            tip: root.card.priorityText
+            active: root.card.priorityIcon !== ""
+            sourceComponent: CardPart {
+                zoom: root.zoom
+                symbol: root.card.priorityIcon
+                ink: Theme.redText
+                tip: root.card.priorityText
+            }
         }
-        CardPart {
+        RarePart {
             id: note
-            visible: root.card.note !== ""
-            zoom: root.zoom
-            symbol: "note"
-            ink: Theme.faintText
-            tip: root.card.note
+            active: root.card.note !== ""
+            sourceComponent: CardPart {
+                zoom: root.zoom
+                symbol: "note"
+                ink: Theme.faintText
+                tip: root.card.note
+            }
         }
-        CardPart {
+        RarePart {
             id: flag
-            visible: root.card.isFlagged
-            zoom: root.zoom
-            symbol: "flag"
-            ink: Theme.flagStripe
-            tip: qsTr("Flagged")
+            active: root.card.isFlagged
+            sourceComponent: CardPart {
+                zoom: root.zoom
+                symbol: "flag"
+                ink: Theme.flagStripe
+                tip: qsTr("Flagged")
+            }
         }
-        CardPart {
+        RarePart {
             id: recurrence
-            visible: root.card.recurrenceIcon !== ""
-            zoom: root.zoom
-            symbol: root.card.recurrenceIcon
-            ink: Theme.faintText
-            tip: root.card.recurrenceText
+            active: root.card.recurrenceIcon !== ""
+            sourceComponent: CardPart {
+                zoom: root.zoom
+                symbol: root.card.recurrenceIcon
+                ink: Theme.faintText
+                tip: root.card.recurrenceText
+            }
         }
-        CardPart {
+        RarePart {
             id: blocked
-            visible: root.card.isBlocked
-            zoom: root.zoom
-            symbol: "exclamationmark.triangle"
-            text: root.card.blockedText
-            ink: Theme.redText
-            maximumWidth: root.width
-            tip: qsTr("Blocked task. Click to see or add reason.")
+            active: root.card.isBlocked
+            sourceComponent: CardPart {
+                zoom: root.zoom
+                symbol: "exclamationmark.triangle"
+                text: root.card.blockedText
+                ink: Theme.redText
+                maximumWidth: root.width
+                tip: qsTr("Blocked task. Click to see or add reason.")
+            }
         }
         CardPart {
             id: tag
