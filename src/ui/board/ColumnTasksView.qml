@@ -37,15 +37,18 @@ ListView {
     clip: true
     interactive: false
     reuseItems: true
-    // The view would keep its current row, wherever it is.
-    currentIndex: -1
     cacheBuffer: 60
     topMargin: frame.cellPadding
     bottomMargin: frame.cellPadding - frame.cardGap + tail
     T.ScrollBar.vertical: AppScrollBar {}
 
     // Where the view was scrolled to when it was last here; it first has to know its cards.
-    Component.onCompleted: returning.start()
+    Component.onCompleted: {
+        // The view would keep its current row, wherever it is. Without one from the start, Qt 6.4 asks for that row of
+        // an empty cell and complains.
+        currentIndex = -1;
+        returning.start();
+    }
     onContentYChanged: if (isAtHome && cell && height > 0) cell.scrollPosition = contentY - originY + topMargin
 
     Timer {
