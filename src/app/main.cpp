@@ -76,7 +76,8 @@ int main(int argc, char *argv[])
                                     .urls = *platform.urls,
                                     .screen = *platform.screen,
                                     .desktop = platform.family,
-                                    .scripts = platform.scripts.get()});
+                                    .scripts = platform.scripts.get(),
+                                    .reminderStore = platform.reminders.get()});
     AppViewModel app(viewModelServices(services));
     MainWindow window(app);
     if (!window.window()) {

@@ -5,6 +5,7 @@
 #include "feedback/DesktopPorts.h"
 #include "feedback/SoundManager.h"
 #include "sources/omnifocus/ScriptRunner.h"
+#include "sources/reminders/ReminderStore.h"
 
 #include <memory>
 
@@ -21,6 +22,8 @@ struct DesktopPlatform
     std::unique_ptr<UrlOpener> urls;
     std::unique_ptr<Screen> screen;
     std::unique_ptr<ScriptRunner> scripts;
+    /** nullptr where the platform has none of its own. */
+    std::unique_ptr<ReminderStore> reminders;
 };
 
 /** Needs the QGuiApplication. Each folder of a platform has its own. */

@@ -10,6 +10,7 @@
 #include "support/TestRegistry.h"
 #include "support/TestStore.h"
 
+#include <QFile>
 #include <QTest>
 
 using namespace vantrel;
@@ -61,7 +62,9 @@ class TestOmniFocus : public QObject
 private Q_SLOTS:
     void aTaskIsReadWithAllItsFields();
     void editsReachOmniFocus();
-    void aTaskIsCreatedWithWhatTheScriptCanCarry();
+    void everyScriptIsWordForWord_data();
+    void everyScriptIsWordForWord();
+    void oddNamesArriveAsTheyAre();
     void whatTheSystemSaysBecomesAnError_data();
     void whatTheSystemSaysBecomesAnError();
     void nothingThatCouldBeCodeIsRun_data();
@@ -109,26 +112,56 @@ void TestOmniFocus::editsReachOmniFocus()
              std::optional(Kind::TaskNotFound));
 }
 
-void TestOmniFocus::aTaskIsCreatedWithWhatTheScriptCanCarry()
+void TestOmniFocus::everyScriptIsWordForWord_data()
+{
+    using namespace omnifocus;
+    NewTask task;
+    task.name = QString::fromUtf8("Say \"hi\"\n\tand C:\\ “too” 🥛");
+    task.note = QStringLiteral("has no place");
+    task.project = QStringLiteral("Home");
+    task.tags = QStringList{QStringLiteral("errand"), QStringLiteral("a \"b\"")};
+    task.dueDate = Date::fromDateTime(QDateTime(QDate(2026, 12, 24), QTime(18, 5, 9)));
+    const QString id = QStringLiteral("fUV9GFRTjhr");
+
+    QTest::addColumn<QString>("script");
+    QTest::newRow("permission-check") << permissionCheckScript();
+    QTest::newRow("fetch-tasks") << fetchTasksScript(3.0);
+    QTest::newRow("fetch-completed-tasks") << fetchCompletedTasksScript(20);
+    QTest::newRow("fetch-projects") << fetchProjectsScript();
+    QTest::newRow("fetch-tags") << fetchTagsScript();
+    QTest::newRow("fetch-due-soon") << fetchDueSoonScript();
+    QTest::newRow("set-task-name") << setTaskNameScript(id, QStringLiteral("Call Ann"));
+    QTest::newRow("flag-task") << flagTaskScript(id, true);
+    QTest::newRow("mark-complete") << markCompleteScript(id);
+    QTest::newRow("mark-incomplete") << markIncompleteScript(id);
+    QTest::newRow("create-task") << createTaskScript(task);
+}
+
+/** The files hold what OmniFocus has been talked to with. */
+void TestOmniFocus::everyScriptIsWordForWord()
+{
+    QFETCH(QString, script);
+    QFile file(QFINDTESTDATA(u"golden/" + QString::fromLatin1(QTest::currentDataTag()) + u".applescript"));
+    QVERIFY(file.open(QIODevice::ReadOnly));
+    QCOMPARE(script.trimmed(), QString::fromUtf8(file.readAll()).trimmed());
+}
+
+void TestOmniFocus::oddNamesArriveAsTheyAre()
 {
     OmniFocus omniFocus;
+    omniFocus.app.projects.append(QStringLiteral("a \"b\" \\"));
+    for (const char *text :
+         {"one\ntwo", "\xF0\x9F\xA5\x9B milk", "\u201Cquoted\u201D \u2018so\u2019", "100 % {name}"}) {
+        const QString name = QString::fromUtf8(text);
+        QVERIFY(await(omniFocus.source.setTaskName(omniFocus.id, name)));
+        QCOMPARE(omniFocus.app.find(omniFocus.id)->name, name);
+    }
     NewTask task;
-    task.name = QStringLiteral("Say \"hi\"\nand C:\\ too");
-    task.project = QStringLiteral("Home");
-    task.tags = QStringList{QStringLiteral("errand")};
-    task.dueDate = Date::fromDateTime(QDateTime(QDate(2026, 12, 24), QTime(18, 5, 9)));
-
+    task.name = QStringLiteral("Say \"hi\"\nand C:\\ too {project}");
+    task.project = omniFocus.app.projects.last();
     const QString id = await(omniFocus.source.createTask(task));
-
-    const ScriptedOmniFocus::Task *made = omniFocus.app.find(id);
-    QVERIFY(made);
-    QCOMPARE(made->name, task.name);
-    QCOMPARE(made->projectName, QStringLiteral("Home"));
-    const QString script = omniFocus.app.scripts.last();
-    QVERIFY(script.contains(QStringLiteral("set tagName to {\"errand\"}")));
-    QVERIFY(script.contains(QStringLiteral("set day of dueDate to 24\nset hours of dueDate to 18\n"
-                                           "set minutes of dueDate to 5\nset seconds of dueDate to 9")));
-    QVERIFY(script.contains(QStringLiteral("set deferDate to missing value")));
+    QCOMPARE(omniFocus.app.find(id)->name, task.name);
+    QCOMPARE(omniFocus.app.find(id)->projectName, *task.project);
 }
 
 void TestOmniFocus::whatTheSystemSaysBecomesAnError_data()

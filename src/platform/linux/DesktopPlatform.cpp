@@ -19,7 +19,8 @@ DesktopPlatform makeDesktopPlatform()
             .clipboard = std::make_unique<QtClipboard>(),
             .urls = std::make_unique<QtUrlOpener>(),
             .screen = std::make_unique<QtScreen>(),
-            .scripts = std::make_unique<UnavailableScriptRunner>()};
+            .scripts = std::make_unique<UnavailableScriptRunner>(),
+            .reminders = nullptr};
 }
 
 } // namespace vantrel
