@@ -263,8 +263,14 @@ void TestOmniFocus::onlyTheLocalesOwnDatesAreRead()
     const omnifocus::AnswerDateReader reader(QLocale(QLocale::English, QLocale::Australia));
     QVERIFY(reader.read(QStringLiteral("Thursday, 8 May 2025 at 07:18:08")));
     QVERIFY(reader.read(QString::fromUtf8("Thursday, 8\u00A0May 2025 at\u202F07:18:08")));
-    for (const char *text : {"", "Donnerstag, 8. Mai 2025 um 07:18:08", "Thursday, 8 may 2025 at 07:18:08",
-                             "Friday, 8 May 2025 at 07:18:08", "2025-05-08T07:18:08"}) {
+    const omnifocus::AnswerDateReader american(QLocale(QLocale::English, QLocale::UnitedStates));
+    QCOMPARE(american.read(QString::fromUtf8("Thursday, May 8, 2025 at 12:18:08\u202FAM"))->toDateTime(),
+             QDateTime(QDate(2025, 5, 8), QTime(0, 18, 8)));
+    QCOMPARE(american.read(QStringLiteral("Thursday, May 8, 2025 at 7:18:08 PM"))->toDateTime(),
+             QDateTime(QDate(2025, 5, 8), QTime(19, 18, 8)));
+    for (const char *text :
+         {"", "Donnerstag, 8. Mai 2025 um 07:18:08", "Thursday, 8 may 2025 at 07:18:08",
+          "Friday, 8 May 2025 at 07:18:08", "Thursday, 8 May 2025 at 24:18:08", "2025-05-08T07:18:08"}) {
         QVERIFY2(!reader.read(QString::fromUtf8(text)), text);
     }
 }

@@ -34,14 +34,11 @@ QString quoted(const QString &source, const QString &pattern)
         .replace(QStringLiteral("\\\\"), QStringLiteral("\\"));
 }
 
-/** What a compiler would refuse first: an odd number of quotes in a line. */
-bool hasUnbalancedQuotes(const QString &source)
+/** What a compiler would refuse first: a quoted text, which may have several lines, without its end. */
+bool hasUnbalancedQuotes(QString source)
 {
-    const QStringList lines = source.split(u'\n');
-    return std::any_of(lines.begin(), lines.end(), [](QString line) {
-        line.remove(QStringLiteral("\\\\")).remove(QStringLiteral("\\\""));
-        return !line.trimmed().startsWith(u"--") && line.count(u'"') % 2 != 0;
-    });
+    source.remove(QStringLiteral("\\\\")).remove(QStringLiteral("\\\""));
+    return source.count(u'"') % 2 != 0;
 }
 
 } // namespace

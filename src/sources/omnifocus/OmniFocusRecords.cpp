@@ -159,15 +159,29 @@ std::vector<Info> catalogueFromAnswer(const std::vector<AnswerItem> &items, cons
     return catalogue;
 }
 
+/** Of a match of the reader's pattern: hours up to 23, or up to 12 before or after noon. */
+QTime timeOfDay(const QRegularExpressionMatch &match)
+{
+    const auto number = [&match](int group) {
+        return match.capturedView(group).toInt();
+    };
+    if (match.hasCaptured(2)) {
+        return QTime(number(2), number(3), number(4));
+    }
+    const int noon = match.hasCaptured(9) ? 12 : 0;
+    return QTime(number(5) % 12 + noon, number(6), number(7));
+}
+
 } // namespace
 
-AnswerDateReader::AnswerDateReader(QLocale locale) : m_locale(std::move(locale))
+AnswerDateReader::AnswerDateReader(QLocale locale)
+    : m_locale(std::move(locale)),
+      m_dateFormats{m_locale.dateFormat(QLocale::LongFormat), QStringLiteral("dddd, d MMMM yyyy")},
+      m_pattern(QStringLiteral("^(.*?)(?: at |, | )(?:([0-9]{2}):([0-9]{2}):([0-9]{2})|"
+                               "([1-9]|1[0-2]):([0-9]{2}):([0-9]{2}) (?:(%1)|(%2)))$")
+                    .arg(QRegularExpression::escape(m_locale.amText().toUpper()),
+                         QRegularExpression::escape(m_locale.pmText().toUpper())))
 {
-    const QString ownDate = m_locale.dateFormat(QLocale::LongFormat);
-    const QString ownTime = QStringLiteral("HH:mm:ss");
-    m_formats = {ownDate + u" 'at' " + ownTime, ownDate + u", " + ownTime,
-                 ownDate + u' ' + ownTime,      ownDate + u" 'at' h:mm:ss AP",
-                 ownDate + u", h:mm:ss AP",     QStringLiteral("dddd, d MMMM yyyy 'at' HH:mm:ss")};
 }
 
 std::optional<Date> AnswerDateReader::read(const QString &text) const
@@ -177,15 +191,33 @@ std::optional<Date> AnswerDateReader::read(const QString &text) const
     }
     QString plain = text;
     plain.replace(u'\u202F', u' ').replace(u'\u00A0', u' ');
-    for (const QString &format : m_formats) {
-        const QDateTime moment = m_locale.toDateTime(plain, format);
+    const QRegularExpressionMatch match = m_pattern.match(plain);
+    const QDate day = match.hasMatch() ? readDay(match.captured(1)) : QDate();
+    const QTime time = timeOfDay(match);
+    if (!day.isValid() || !time.isValid()) {
+        return std::nullopt;
+    }
+    return Date::fromDateTime(QDateTime(day, time));
+}
+
+QDate AnswerDateReader::readDay(const QString &text) const
+{
+    const auto known = m_days.constFind(text);
+    if (known != m_days.cend()) {
+        return *known;
+    }
+    QDate day;
+    for (const QString &format : m_dateFormats) {
+        const QDate candidate = m_locale.toDate(text, format);
         // Parsing forgives case and missing zeros; only what would be written exactly so is a date of this
         // form.
-        if (moment.isValid() && m_locale.toString(moment, format) == plain) {
-            return Date::fromDateTime(moment);
+        if (candidate.isValid() && m_locale.toString(candidate, format) == text) {
+            day = candidate;
+            break;
         }
     }
-    return std::nullopt;
+    m_days.insert(text, day);
+    return day;
 }
 
 std::vector<TaskRecord> tasksFromAnswer(const std::vector<AnswerItem> &items, const AnswerDateReader &dates,

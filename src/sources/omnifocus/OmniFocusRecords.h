@@ -3,7 +3,9 @@
 #include "foundations/WorkItem.h"
 #include "sources/TaskManagerProtocol.h"
 
+#include <QHash>
 #include <QLocale>
+#include <QRegularExpression>
 
 namespace vantrel {
 
@@ -13,7 +15,10 @@ namespace omnifocus {
 /** One item of a list answer; nothing for an item that has no text form. */
 using AnswerItem = std::optional<QString>;
 
-/** Reads dates as AppleScript's `as string` writes them, in one locale. */
+/**
+ * Reads dates as AppleScript's `as string` writes them, in one locale. Remembers the days it has read, for
+ * tasks share them: used by one thread.
+ */
 class AnswerDateReader
 {
 public:
@@ -23,8 +28,13 @@ public:
     std::optional<Date> read(const QString &text) const;
 
 private:
+    QDate readDay(const QString &text) const;
+
     QLocale m_locale;
-    QStringList m_formats;
+    QStringList m_dateFormats;
+    QRegularExpression m_pattern;
+    /** An invalid day for a text that is none. */
+    mutable QHash<QString, QDate> m_days;
 };
 
 /** One task of an answer. */
