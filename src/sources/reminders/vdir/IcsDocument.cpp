@@ -58,9 +58,15 @@ struct Delimiter
     QByteArray name;
 };
 
+/** True for the first letter of BEGIN and END. */
+bool mayDelimit(char first)
+{
+    return first == 'B' || first == 'b' || first == 'E' || first == 'e';
+}
+
 std::optional<Delimiter> delimiter(const QByteArray &line)
 {
-    if (line.isEmpty() || (line[0] != 'B' && line[0] != 'b' && line[0] != 'E' && line[0] != 'e')) {
+    if (line.isEmpty() || !mayDelimit(line[0])) {
         return std::nullopt;
     }
     const QByteArray whole = unfolded(line);
@@ -71,11 +77,27 @@ std::optional<Delimiter> delimiter(const QByteArray &line)
     return Delimiter{name == "BEGIN", whole.mid(valueStart(whole) + 1).trimmed().toUpper()};
 }
 
-bool isBalanced(const std::vector<QByteArray> &lines)
+/** Where the content line that begins at `begin` ends, behind its line end: folds belong to it. */
+qsizetype lineEnd(const QByteArray &text, qsizetype begin)
+{
+    qsizetype end = text.indexOf('\n', begin);
+    while (end >= 0 && end + 1 < text.size() && isFold(text[end + 1])) {
+        end = text.indexOf('\n', end + 1);
+    }
+    return end < 0 ? text.size() : end + 1;
+}
+
+} // namespace
+
+bool IcsDocument::isWhole(const QByteArray &text)
 {
     std::vector<QByteArray> open;
-    for (const QByteArray &line : lines) {
-        const auto mark = delimiter(line);
+    for (qsizetype begin = 0; begin < text.size();) {
+        const qsizetype next = lineEnd(text, begin);
+        const auto mark = mayDelimit(text[begin])
+                              ? delimiter(QByteArray::fromRawData(text.constData() + begin, next - begin))
+                              : std::nullopt;
+        begin = next;
         if (!mark) {
             continue;
         }
@@ -90,23 +112,16 @@ bool isBalanced(const std::vector<QByteArray> &lines)
     return open.empty();
 }
 
-} // namespace
-
 std::optional<IcsDocument> IcsDocument::parse(const QByteArray &text)
 {
+    if (!isWhole(text)) {
+        return std::nullopt;
+    }
     IcsDocument document;
-    qsizetype begin = 0;
-    while (begin < text.size()) {
-        qsizetype end = text.indexOf('\n', begin);
-        while (end >= 0 && end + 1 < text.size() && isFold(text[end + 1])) {
-            end = text.indexOf('\n', end + 1);
-        }
-        const qsizetype next = end < 0 ? text.size() : end + 1;
+    for (qsizetype begin = 0; begin < text.size();) {
+        const qsizetype next = lineEnd(text, begin);
         document.m_lines.push_back(text.mid(begin, next - begin));
         begin = next;
-    }
-    if (!isBalanced(document.m_lines)) {
-        return std::nullopt;
     }
     document.m_lineEnd = text.contains("\r\n") ? "\r\n" : "\n";
     return document;

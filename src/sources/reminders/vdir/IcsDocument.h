@@ -21,7 +21,10 @@ public:
         qsizetype end = 0;
     };
 
-    /** Nothing if BEGIN and END lines do not match. */
+    /** True if each component that begins also ends, in order. */
+    static bool isWhole(const QByteArray &text);
+
+    /** Nothing if the text is not whole. */
     static std::optional<IcsDocument> parse(const QByteArray &text);
 
     QByteArray text() const;

@@ -206,8 +206,8 @@ void removeOthers(IcsDocument &document, const IcsDocument::Component &kept)
 
 std::optional<std::vector<Reminder>> IcsTodos::read(const QByteArray &text, const QString &fallbackId)
 {
-    std::optional<ParsedIcs> parsed = parseIcs(text, fallbackId);
-    if (!parsed || !IcsDocument::parse(text)) {
+    std::optional<ParsedIcs> parsed = IcsDocument::isWhole(text) ? parseIcs(text, fallbackId) : std::nullopt;
+    if (!parsed) {
         return std::nullopt;
     }
     if (parsed->hasOverrides) {

@@ -128,7 +128,7 @@ VdirFolder::Survey VdirFolder::survey() const
     return survey;
 }
 
-VdirFolder::News VdirFolder::update(const Survey &survey, const std::vector<CachedFile> &cache)
+VdirFolder::News VdirFolder::update(Survey survey, std::vector<CachedFile> cache)
 {
     News news;
     news.error = survey.error;
@@ -176,14 +176,25 @@ void VdirFolder::takeLists(const Survey &survey, News &news)
 
 void VdirFolder::takeCache(const std::vector<CachedFile> &cache)
 {
+    QByteArrayView folder;
+    auto list = m_lists.end();
     for (const CachedFile &cached : cache) {
         const qsizetype slash = cached.path.lastIndexOf('/');
-        const auto list = m_lists.find(cached.path.left(slash));
+        const QByteArrayView own = QByteArrayView(cached.path).first(std::max<qsizetype>(slash, 0));
+        // The cache is sorted: mostly it is the list of the file before.
+        if (list == m_lists.end() || own != folder) {
+            folder = own;
+            list = m_lists.find(own.toByteArray());
+        }
         auto reminders = decodeReminders(cached.content);
         if (list == m_lists.end() || !reminders) {
             continue;
         }
-        File &file = list->second.files[cached.path.mid(slash + 1)];
+        QHash<QByteArray, File> &files = list->second.files;
+        if (files.isEmpty()) {
+            files.reserve(static_cast<qsizetype>(cache.size()));
+        }
+        File &file = files[cached.path.mid(slash + 1)];
         if (file.stamp == FileStamp()) {
             file.stamp = {cached.inode, cached.size, cached.modified};
             file.reminders = std::move(*reminders);
@@ -304,25 +315,15 @@ const QHash<QString, VdirFolder::Place> &VdirFolder::places()
     }
     m_places.clear();
     m_seconds.clear();
-    const auto isBefore = [](const Place &a, const Place &b) {
-        return std::tie(a.folder, a.name) < std::tie(b.folder, b.name);
-    };
+    qsizetype count = 0;
+    for (const auto &[folder, list] : m_lists) {
+        count += list.files.size();
+    }
+    m_places.reserve(count);
     for (const auto &[folder, list] : m_lists) {
         for (auto file = list.files.begin(); file != list.files.end(); ++file) {
             for (const Reminder &reminder : file->reminders) {
-                Place place{folder, file.key(), reminder.identifier};
-                const auto other = m_places.find(reminder.identifier);
-                if (other == m_places.end()) {
-                    m_places.insert(reminder.identifier, place);
-                    continue;
-                }
-                // The same task in two lists, or copied within one: the first one keeps the identifier.
-                if (isBefore(place, *other)) {
-                    std::swap(place, *other);
-                }
-                const QByteArray path = pathOf(place.folder, place.name);
-                m_seconds.insert(path);
-                m_places.insert(place.identifier + u'@' + QFile::decodeName(path), place);
+                addPlace({folder, file.key(), reminder.identifier});
             }
         }
     }
@@ -330,32 +331,69 @@ const QHash<QString, VdirFolder::Place> &VdirFolder::places()
     return m_places;
 }
 
+void VdirFolder::addPlace(Place place)
+{
+    const auto other = m_places.find(place.identifier);
+    if (other == m_places.end()) {
+        const QString identifier = place.identifier;
+        m_places.insert(identifier, std::move(place));
+        return;
+    }
+    if (other->folder == place.folder && other->name == place.name) {
+        return;
+    }
+    // The same task in two lists, or copied within one: the first one keeps the identifier.
+    if (std::tie(place.folder, place.name) < std::tie(other->folder, other->name)) {
+        std::swap(place, *other);
+    }
+    const QByteArray path = pathOf(place.folder, place.name);
+    m_seconds.insert(path);
+    m_places.insert(place.identifier + u'@' + QFile::decodeName(path), place);
+}
+
+QString VdirFolder::identifierOf(const Reminder &reminder, const QByteArray &folder,
+                                 const QByteArray &name) const
+{
+    if (m_seconds.isEmpty() || !m_seconds.contains(pathOf(folder, name))) {
+        return reminder.identifier;
+    }
+    return reminder.identifier + u'@' + QFile::decodeName(pathOf(folder, name));
+}
+
 std::vector<Reminder> VdirFolder::reminders(const ReminderPredicate &predicate)
 {
     places();
-    std::vector<Reminder> found;
+    struct Found
+    {
+        const Reminder *reminder;
+        const QByteArray *name;
+        const QByteArray *folder;
+        const List *list;
+    };
+    std::vector<Found> found;
     for (const auto &[folder, list] : m_lists) {
         for (auto file = list.files.begin(); file != list.files.end(); ++file) {
             for (const Reminder &reminder : file->reminders) {
-                if (reminder.isCompleted != predicate.isCompleted) {
-                    continue;
-                }
                 const Date completed = reminder.completionDate.value_or(Date());
-                if (predicate.isCompleted && (completed < predicate.from || completed > predicate.to)) {
-                    continue;
-                }
-                found.push_back(reminder);
-                found.back().list = list.list;
-                if (!m_seconds.isEmpty() && m_seconds.contains(pathOf(folder, file.key()))) {
-                    found.back().identifier += u'@' + QFile::decodeName(pathOf(folder, file.key()));
+                if (reminder.isCompleted == predicate.isCompleted &&
+                    (!predicate.isCompleted || (completed >= predicate.from && completed <= predicate.to))) {
+                    found.push_back({&reminder, &file.key(), &folder, &list});
                 }
             }
         }
     }
-    std::sort(found.begin(), found.end(), [](const Reminder &a, const Reminder &b) {
-        return std::tie(a.creationDate, a.identifier) < std::tie(b.creationDate, b.identifier);
+    std::sort(found.begin(), found.end(), [](const Found &a, const Found &b) {
+        return std::tie(a.reminder->creationDate, a.reminder->identifier, *a.folder, *a.name) <
+               std::tie(b.reminder->creationDate, b.reminder->identifier, *b.folder, *b.name);
     });
-    return found;
+    std::vector<Reminder> reminders;
+    reminders.reserve(found.size());
+    for (const Found &one : found) {
+        reminders.push_back(*one.reminder);
+        reminders.back().list = one.list->list;
+        reminders.back().identifier = identifierOf(*one.reminder, *one.folder, *one.name);
+    }
+    return reminders;
 }
 
 } // namespace vantrel

@@ -80,7 +80,7 @@ public:
     Result<std::vector<ReminderList>> readLists() const;
     Survey survey() const;
     /** Reads what differs from the index; `cache` tells of files that no index knows yet. */
-    News update(const Survey &survey, const std::vector<CachedFile> &cache = {});
+    News update(Survey survey, std::vector<CachedFile> cache = {});
 
     std::vector<Reminder> reminders(const ReminderPredicate &predicate);
     /** Reads the reminder's file anew. Nothing if there is no such reminder in the index. */
@@ -132,6 +132,9 @@ private:
     QString write(const Place &place, const QByteArray &text, const std::optional<FileStamp> &expected,
                   mode_t mode);
     void noteWritten(const Place &place, const QByteArray &text);
+    void addPlace(Place place);
+    /** The identifier that the program knows the file's reminder by. */
+    QString identifierOf(const Reminder &reminder, const QByteArray &folder, const QByteArray &name) const;
 
     QString m_path;
     FileSaver m_saver;

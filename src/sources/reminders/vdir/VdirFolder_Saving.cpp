@@ -181,7 +181,9 @@ void VdirFolder::noteWritten(const Place &place, const QByteArray &text)
     file.stamp = {};
     file.reminders = IcsTodos::read(text, fallbackId(place.name)).value_or(std::vector<Reminder>());
     file.edition = ++m_edition;
-    m_arePlacesKnown = false;
+    for (const Reminder &reminder : file.reminders) {
+        addPlace({place.folder, place.name, reminder.identifier});
+    }
 }
 
 VdirFolder::Result<ReminderList> VdirFolder::saveList(const ReminderList &list)

@@ -110,13 +110,15 @@ QCoro::Task<VdirFolder::News> VdirReminderStore::look(std::shared_ptr<Chosen> fo
     };
     const QPointer self(this);
     QCoro::Task<VdirFolder::Survey> surveying = queue.run(survey);
-    const auto cache = co_await m_persistence.readFileCache(folder->cacheScope);
-    const VdirFolder::Survey found = co_await surveying;
+    std::optional<std::vector<CachedFile>> cache = co_await m_persistence.readFileCache(folder->cacheScope);
+    VdirFolder::Survey found = co_await surveying;
     if (!self) {
         co_return VdirFolder::News();
     }
+    // Given away, so that thousands of names and texts are thrown away over there.
     const auto takeOver = [folder, &cache, &found] {
-        return folder->contents.update(found, cache ? *cache : std::vector<CachedFile>());
+        return folder->contents.update(std::move(found),
+                                       cache ? std::move(*cache) : std::vector<CachedFile>());
     };
     co_return co_await queue.run(takeOver);
 }
