@@ -1,3 +1,5 @@
+pragma ComponentBehavior: Bound
+
 import QtQuick
 import Vantrel.ViewModels
 
@@ -40,11 +42,12 @@ Item {
     /** What is to be said of the part at this point. */
     function tipAt(x: real, y: real): string {
         const part = age.contains(age.mapFromItem(root, x, y)) ? age : flow.childAt(x, y);
-        return part instanceof Loader ? part.item.tip : part?.tip ?? "";
+        return part?.tip ?? "";
     }
 
     /** Most cards have few of these, and a board has many cards: each is made only where it is. */
-    component RarePart: Loader {
+    component RarePart: Lazy {
+        readonly property string tip: (item as CardPart)?.tip ?? ""
         visible: active
     }
 
