@@ -29,7 +29,8 @@ AppViewModel::AppViewModel(const ViewModelServices &services, QObject *parent)
       m_optimize(services.board, services.defaults, services.time, services.notifications, services.announcer,
                  services.clock),
       m_commands(services.notifications, services.defaults, services.desktop),
-      m_quickAdd(services.managers, services.notifications, services.announcer),
+      m_quickEntry({services.managers, services.repository, services.defaults, services.notifications,
+                    services.announcer, services.toasts, services.clock}),
       m_remindersFolder(services.defaults, services.notifications, services.desktop),
       m_toast(services.toasts),
       m_gauge(services.board)

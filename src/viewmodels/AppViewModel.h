@@ -8,7 +8,7 @@
 #include "viewmodels/Commands.h"
 #include "viewmodels/OptimizeViewModel.h"
 #include "viewmodels/PermissionHelp.h"
-#include "viewmodels/QuickAddViewModel.h"
+#include "viewmodels/QuickTaskEntryViewModel.h"
 #include "viewmodels/RemindersFolderModel.h"
 #include "viewmodels/TaskListViewModel.h"
 #include "viewmodels/ToastViewModel.h"
@@ -57,7 +57,7 @@ class AppViewModel : public QObject
     Q_PROPERTY(vantrel::AnalyzeViewModel *analyze READ analyze CONSTANT)
     Q_PROPERTY(vantrel::OptimizeViewModel *optimize READ optimize CONSTANT)
     Q_PROPERTY(vantrel::Commands *commands READ commands CONSTANT)
-    Q_PROPERTY(vantrel::QuickAddViewModel *quickAdd READ quickAdd CONSTANT)
+    Q_PROPERTY(vantrel::QuickTaskEntryViewModel *quickEntry READ quickEntry CONSTANT)
     Q_PROPERTY(vantrel::RemindersFolderModel *remindersFolder READ remindersFolder CONSTANT)
     Q_PROPERTY(vantrel::ToastViewModel *toast READ toast CONSTANT)
     Q_PROPERTY(vantrel::WIPGaugeViewModel *gauge READ gauge CONSTANT)
@@ -75,7 +75,7 @@ public:
     AnalyzeViewModel *analyze() { return &m_analyze; }
     OptimizeViewModel *optimize() { return &m_optimize; }
     Commands *commands() { return &m_commands; }
-    QuickAddViewModel *quickAdd() { return &m_quickAdd; }
+    QuickTaskEntryViewModel *quickEntry() { return &m_quickEntry; }
     RemindersFolderModel *remindersFolder() { return &m_remindersFolder; }
     ToastViewModel *toast() { return &m_toast; }
     WIPGaugeViewModel *gauge() { return &m_gauge; }
@@ -107,7 +107,7 @@ private:
     AnalyzeViewModel m_analyze;
     OptimizeViewModel m_optimize;
     Commands m_commands;
-    QuickAddViewModel m_quickAdd;
+    QuickTaskEntryViewModel m_quickEntry;
     RemindersFolderModel m_remindersFolder;
     ToastViewModel m_toast;
     WIPGaugeViewModel m_gauge;

@@ -12,6 +12,7 @@ import shutil
 import subprocess
 import sys
 import tempfile
+import time
 
 from accessible import ScreenReader
 from desktop import Desktop, run_test, wait_for
@@ -60,7 +61,9 @@ def as_ordinary_user(chapter, *arguments):
 def add_task(desktop, name):
     desktop.press("ctrl+n")
     desktop.type(name)
-    desktop.press("Return", "Escape")
+    desktop.press("Return")
+    time.sleep(0.3)
+    desktop.press("Return")
 
 
 def folder_that_may_not_be_written(program):

@@ -103,14 +103,15 @@ class Story:
 
 
 def types_twenty_tasks(story):
-    story.desktop.press("ctrl+n")
-    time.sleep(0.5)
     for name in NAMES:
+        story.desktop.press("ctrl+n")
+        time.sleep(0.3)
         story.desktop.type(name)
+        story.desktop.press("Return")
+        time.sleep(0.3)
         story.desktop.press("Return")
         story.board["To Do"].append(name)
         wait_for(lambda: story.vantrel.columns()["To Do"] == len(story.board["To Do"]), 5, f"{name} at once")
-    story.desktop.press("Escape")
     story.check("after typing twenty tasks")
 
 

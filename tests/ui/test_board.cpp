@@ -294,7 +294,7 @@ void TestBoardWindow::aClickOnTheBlockOpensItsReason()
     m_window->press(u"Ctrl+N"_s);
     m_window->type(u"task"_s);
     m_window->press(u"Return"_s);
-    m_window->press(u"Esc"_s);
+    m_window->press(u"Return"_s);
     const WorkItemPtr task = board().tasks().front();
     (*m_window)->blocking.setBlockedStatus(*task, true, u"vendor"_s);
     m_window->services.settle();

@@ -78,14 +78,14 @@ private:
 
 void TestFirstDay::typeTasks(int count)
 {
-    m_window->press(u"Ctrl+N"_s);
     for (int i = 1; i <= count; ++i) {
+        m_window->press(u"Ctrl+N"_s);
         m_window->type(u"task %1"_s.arg(i));
+        m_window->press(u"Return"_s);
         m_window->press(u"Return"_s);
         m_expected[u"To Do"_s].append(u"task %1"_s.arg(i));
         QCOMPARE((*m_window)->board->taskCount(), i);
     }
-    m_window->press(u"Esc"_s);
 }
 
 /** Drops the card on a column, at a height from 0 to 1, in the steps in which a desktop tells of a drag. */

@@ -27,6 +27,7 @@ private Q_SLOTS:
     void tasksAreTypedOneAfterTheOther();
     void aLineStaysWhileAnInputMethodComposes();
     void aLineThatFailedIsNotLost();
+    void aTaskIsCorrectedByKeyAlone();
     void keysOfTheBoardRestUnderTheSheet();
     void aPaneIsReachedByKey();
     void theMenuRunsACommandByKey();
@@ -43,6 +44,8 @@ private:
     void start() { m_window->start(); }
     void startWithReminders(const WorkItems &tasks);
     QStringList namesOnBoard();
+    void compose(const QString &text);
+    void commit(const QString &text);
 
     std::unique_ptr<TestWindow> m_window;
 };
@@ -80,25 +83,42 @@ QStringList TestShell::namesOnBoard()
     return names;
 }
 
+void TestShell::compose(const QString &text)
+{
+    QInputMethodEvent event(text, {});
+    QCoreApplication::sendEvent(m_window->window().activeFocusItem(), &event);
+}
+
+void TestShell::commit(const QString &text)
+{
+    QInputMethodEvent event;
+    event.setCommitString(text);
+    QCoreApplication::sendEvent(m_window->window().activeFocusItem(), &event);
+}
+
 void TestShell::tasksAreTypedOneAfterTheOther()
 {
     start();
     QVERIFY(m_window->item(u"addFirstTask"_s));
 
     m_window->press(u"Ctrl+N"_s);
-    QCOMPARE(m_window->focusName(), u"quickAddField"_s);
     QStringList expected;
-    for (int i = 1; i <= 20; ++i) {
+    for (int i = 1; i <= 5; ++i) {
+        QCOMPARE(m_window->focusName(), u"taskInputField"_s);
         m_window->type(u"task %1"_s.arg(i));
-        QTest::keyClick(&m_window->window(), Qt::Key_Return);
+        m_window->press(u"Return"_s);
+        QCOMPARE(m_window->focusName(), u"taskNameField"_s);
+        m_window->press(u"Return"_s);
         expected.append(u"task %1"_s.arg(i));
+        QVERIFY(m_window->wait([&] { return namesOnBoard() == expected; }));
+        QVERIFY(!m_window->item(u"quickEntrySheet"_s));
+        m_window->press(u"Ctrl+N"_s);
     }
-    QVERIFY(m_window->wait([&] { return namesOnBoard() == expected; }));
     QVERIFY(!m_window->item(u"addFirstTask"_s));
-    QCOMPARE(m_window->item(u"quickAddField"_s)->property("text").toString(), QString());
+    QCOMPARE(m_window->item(u"taskInputField"_s)->property("text").toString(), QString());
 
     m_window->press(u"Esc"_s);
-    QVERIFY(!m_window->item(u"quickAddSheet"_s));
+    QVERIFY(!m_window->item(u"quickEntrySheet"_s));
     QVERIFY(m_window->item(u"content"_s)->hasActiveFocus());
 }
 
@@ -106,30 +126,77 @@ void TestShell::aLineStaysWhileAnInputMethodComposes()
 {
     start();
     m_window->press(u"Ctrl+N"_s);
-    QInputMethodEvent composing(u"にほん"_s, {});
-    QCoreApplication::sendEvent(m_window->window().activeFocusItem(), &composing);
+    compose(u"にほん"_s);
+    m_window->press(u"Return"_s);
+    QCOMPARE(m_window->focusName(), u"taskInputField"_s);
+    commit(u"日本"_s);
+    m_window->press(u"Return"_s);
+    QCOMPARE(m_window->focusName(), u"taskNameField"_s);
+
+    compose(u"ご"_s);
     m_window->press(u"Return"_s);
     QCOMPARE(namesOnBoard(), QStringList());
-
-    QInputMethodEvent committed;
-    committed.setCommitString(u"日本"_s);
-    QCoreApplication::sendEvent(m_window->window().activeFocusItem(), &committed);
+    commit(u"語"_s);
     m_window->press(u"Return"_s);
-    QVERIFY(m_window->wait([this] { return namesOnBoard() == QStringList{u"日本"_s}; }));
+    QVERIFY(m_window->wait([this] { return namesOnBoard() == QStringList{u"日本語"_s}; }));
 }
 
 void TestShell::aLineThatFailedIsNotLost()
 {
     startWithReminders({});
+    m_window->services.reminders.creations.fail(u"disk full"_s);
     m_window->press(u"Ctrl+N"_s);
-    m_window->type(u"one"_s);
+    m_window->type(u"one #two"_s);
     m_window->press(u"Return"_s);
+    m_window->press(u"Return"_s);
+    QCOMPARE(m_window->item(u"taskCreationError"_s)->property("text").toString(),
+             u"Error creating task: disk full"_s);
+    m_window->type(u"X"_s);
 
-    QCOMPARE(m_window->item(u"quickAddError"_s)->property("text").toString(),
-             u"Plain text tasks are disabled in settings"_s);
     m_window->press(u"Esc"_s);
+    m_window->press(u"Esc"_s);
+    QVERIFY(!m_window->item(u"quickEntrySheet"_s));
     m_window->press(u"Ctrl+N"_s);
-    QCOMPARE(m_window->item(u"quickAddField"_s)->property("text").toString(), u"one"_s);
+    QCOMPARE(m_window->item(u"taskInputField"_s)->property("text").toString(), u"one #two"_s);
+    m_window->press(u"Return"_s);
+    QCOMPARE(m_window->item(u"taskNameField"_s)->property("text").toString(), u"oneX"_s);
+    QCOMPARE(m_window->item(u"tagField"_s)->property("text").toString(), u"two"_s);
+}
+
+void TestShell::aTaskIsCorrectedByKeyAlone()
+{
+    startWithReminders({});
+    m_window->services.reminders.projects.give({{u"1"_s, u"Garden"_s}, {u"2"_s, u"Office"_s}});
+    m_window->services.reminders.creations.give(u"reminder_1"_s);
+    m_window->services.reminders.fetches.give({});
+    m_window->press(u"Ctrl+N"_s);
+    m_window->type(u"mow tomorrow [gar]"_s);
+    m_window->press(u"Return"_s);
+    m_window->press(u"Tab"_s);
+    m_window->press(u"Tab"_s);
+    QCOMPARE(m_window->focusName(), u"projectField"_s);
+    m_window->press(u"Down"_s);
+    m_window->press(u"Return"_s);
+    QCOMPARE(m_window->item(u"projectField"_s)->property("text").toString(), u"Garden"_s);
+
+    m_window->press(u"Tab"_s);
+    m_window->press(u"Tab"_s);
+    QCOMPARE(m_window->focusName(), u"dueDateField"_s);
+    TaskConfirmationViewModel &form = *m_window->services.viewModels().quickEntry()->confirmation();
+    const QDateTime tomorrow = form.dueDate();
+    m_window->press(u"Return"_s);
+    m_window->press(u"Down"_s);
+    m_window->press(u"Left"_s);
+    m_window->press(u"Return"_s);
+    QCOMPARE(form.dueDate(), tomorrow.addDays(6));
+    QVERIFY(m_window->wait([this] { return m_window->focusName() == u"dueDateField"; }));
+    m_window->press(u"Del"_s);
+    QVERIFY(!form.dueDate().isValid());
+
+    m_window->press(u"Shift+Tab"_s);
+    m_window->press(u"Return"_s);
+    QVERIFY(m_window->wait([this] { return !m_window->item(u"quickEntrySheet"_s); }));
+    QVERIFY(m_window->services.reminders.requests.contains(u"createTask mow"_s));
 }
 
 void TestShell::keysOfTheBoardRestUnderTheSheet()
@@ -167,7 +234,7 @@ void TestShell::theMenuRunsACommandByKey()
         m_window->press(QString::fromLatin1(key));
     }
     m_window->press(u"Return"_s);
-    QVERIFY(m_window->wait([this] { return m_window->item(u"quickAddSheet"_s); }));
+    QVERIFY(m_window->wait([this] { return m_window->item(u"quickEntrySheet"_s); }));
     m_window->press(u"Esc"_s);
 
     m_window->press(u"F10"_s);
@@ -276,7 +343,7 @@ void TestShell::theSheetOpensByAssistiveTechnology()
     QCOMPARE(button->text(QAccessible::Name), u"Quick Add Task"_s);
     QCOMPARE(button->role(), QAccessible::Button);
     button->actionInterface()->doAction(QAccessibleActionInterface::pressAction());
-    QVERIFY(m_window->wait([this] { return m_window->item(u"quickAddSheet"_s); }));
+    QVERIFY(m_window->wait([this] { return m_window->item(u"quickEntrySheet"_s); }));
 }
 
 void TestShell::everyControlHasAName()

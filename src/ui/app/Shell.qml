@@ -9,7 +9,7 @@ FocusScope {
 
     required property AppViewModel app
 
-    readonly property bool hasSheet: root.app.quickAdd.open
+    readonly property bool hasSheet: root.app.quickEntry.open
     /** Something stands in the way of commands: they wait until it is gone. */
     readonly property bool isBusy: root.hasSheet || root.app.board.popover.kind !== CardPopover.None
     readonly property bool isTyping: Window.activeFocusItem instanceof TextInput
@@ -106,9 +106,9 @@ FocusScope {
     Lazy {
         anchors.fill: parent
         active: root.hasSheet
-        sourceComponent: QuickAddSheet {
-            objectName: "quickAddSheet"
-            quickAdd: root.app.quickAdd
+        sourceComponent: QuickEntrySheet {
+            objectName: "quickEntrySheet"
+            quickEntry: root.app.quickEntry
         }
         onActiveChanged: if (!active) content.forceActiveFocus()
     }
