@@ -72,7 +72,8 @@ Services::Services(const AppConfig &appConfig, const Ports &ports)
                                        .sounds = sounds,
                                        .announcer = announcer,
                                        .toasts = toasts,
-                                       .screen = ports.screen})),
+                                       .screen = ports.screen,
+                                       .clipboard = ports.clipboard})),
       blocking(*board, persistence, repository, notifications),
       wipMonitoring(*board, notifications, toasts),
       storageNotices(persistence, defaults, toasts)

@@ -11,6 +11,7 @@
 #include "board/WIPGaugeSettings.h"
 #include "board/rules/ItemClass.h"
 #include "board/rules/WIPRules.h"
+#include "exchange/PlainTextTaskExporter.h"
 #include "foundations/Clock.h"
 #include "foundations/Ids.h"
 #include "foundations/NotificationCenter.h"
@@ -30,6 +31,7 @@ namespace vantrel {
 
 class Announcer;
 class BackgroundSaveIndicator;
+class Clipboard;
 class PlainTextTaskManager;
 class Screen;
 class SoundManager;
@@ -37,6 +39,7 @@ class TaskManagerFactory;
 class TaskRepository;
 class ToastManager;
 class UserDefaults;
+struct ParsedPlainTextTask;
 
 enum class BoardLoadingState { NotLoaded, Loading, Loaded, Error };
 
@@ -54,6 +57,7 @@ struct BoardServices
     Announcer &announcer;
     ToastManager &toasts;
     Screen &screen;
+    Clipboard &clipboard;
 };
 
 /** How an update of one field of a task ended. */
@@ -62,6 +66,15 @@ struct TaskUpdate
     bool success = false;
     /** The item found, also where it could not be changed. */
     WorkItemPtr item;
+};
+
+/** How an export to the clipboard ended. */
+struct ExportResult
+{
+    /** Tasks that were to be exported. */
+    int count = 0;
+    /** False without tasks, and where the desktop did not take the text. */
+    bool success = false;
 };
 
 /**
@@ -167,6 +180,24 @@ public:
     /** Puts a task that its source has just created on the board. */
     void registerPlainTextTask(const WorkItemPtr &task, ColumnId columnId, SwimLaneId swimLaneId,
                                int position);
+
+    // Text in and out (BoardState_Exchange.cpp)
+
+    /**
+     * Makes plain text tasks of the lines, in their order at the head of a cell: that of the first queue
+     * column and the default swimlane unless others are given. Gives their number; 0 on a board without
+     * columns.
+     */
+    int importPlainTextTasks(const std::vector<ParsedPlainTextTask> &tasks, std::optional<ColumnId> columnId,
+                             std::optional<SwimLaneId> swimLaneId);
+    /** The tasks as text, in the order of the board; empty without tasks. */
+    QString exportText(ExportScope scope, ExportFormat format, std::optional<ColumnId> columnId,
+                       std::optional<SwimLaneId> swimLaneId) const;
+    /** Puts that text on the clipboard, and says so. */
+    ExportResult exportTasksToClipboard(ExportScope scope, ExportFormat format,
+                                        std::optional<ColumnId> columnId,
+                                        std::optional<SwimLaneId> swimLaneId);
+    ExportResult quickExportPlainTextTasks();
 
     // Edits (BoardState_Edits.cpp)
 
@@ -321,6 +352,16 @@ private:
     void forgetTask(const QString &taskId);
     bool noteRemoval(bool isRemoved);
     PlainTextTaskManager *plainTextManager() const;
+
+    // Text in and out
+    std::optional<ColumnId> columnOfImports() const;
+    /** The board's own tag of that name, whatever its capitals, or a new one. */
+    Tag findOrCreateTag(const QString &name) const;
+    WorkItems tasksOfScope(ExportScope scope, std::optional<ColumnId> columnId,
+                           std::optional<SwimLaneId> swimLaneId) const;
+    bool isInScope(const WorkItem &task, ExportScope scope) const;
+    WorkItems tasksInBoardOrder() const;
+    WorkItems tasksBySwimLane(SwimLaneId swimLaneId) const;
 
     // Notifications (BoardState_Notifications.cpp)
     void observeNotifications();

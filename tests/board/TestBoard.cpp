@@ -67,8 +67,8 @@ void TestBoard::restart()
 
 BoardServices TestBoard::services()
 {
-    return {store.clock,   notifications, store.defaults, *store, saveIndicator, *m_factory,
-            *m_repository, sounds,        announcer,      toasts, desktop.screen};
+    return {store.clock,   notifications, store.defaults, *store, saveIndicator,  *m_factory,
+            *m_repository, sounds,        announcer,      toasts, desktop.screen, desktop.clipboard};
 }
 
 void TestBoard::settle()
