@@ -1,7 +1,5 @@
 #include "foundations/DefaultsKeys.h"
 #include "sources/TaskManagerFactory.h"
-#include "sources/UnavailableTaskManager.h"
-#include "support/Await.h"
 #include "support/FakeTaskManager.h"
 #include "support/ManualClock.h"
 #include "support/TestRegistry.h"
@@ -27,7 +25,6 @@ private Q_SLOTS:
     void idsAreClaimedByTheirForm_data();
     void idsAreClaimedByTheirForm();
     void typesAreReadFromTheirExactNames();
-    void anUnavailableSourceRefusesWithItsReason();
 
 private:
     struct Setting
@@ -157,21 +154,6 @@ void TestTaskManagerFactory::typesAreReadFromTheirExactNames()
         QVERIFY(taskManagerTypeFromRawValue(rawValue(type)) == type);
     }
     QVERIFY(!taskManagerTypeFromRawValue(u"plain text"));
-}
-
-void TestTaskManagerFactory::anUnavailableSourceRefusesWithItsReason()
-{
-    UnavailableTaskManager source(TaskManagerType::OmniFocus);
-
-    QVERIFY(!source.isAvailableOnPlatform());
-    QVERIFY(!source.checkPermissions());
-    try {
-        await(source.fetchTasks());
-        QFAIL("an unavailable source gave tasks");
-    } catch (const SourceError &error) {
-        QCOMPARE(error.message(), u"OmniFocus is not available on this system."_s);
-    }
-    QVERIFY_THROWS_EXCEPTION(SourceError, await(source.fetchDueSoonSettings()));
 }
 
 VANTREL_REGISTER_TEST(TestTaskManagerFactory)

@@ -7,6 +7,10 @@
 #include "foundations/UserDefaults.h"
 #include "persistence/PersistenceManager.h"
 
+#include <QDir>
+
+#include <array>
+
 namespace vantrel {
 
 namespace {
@@ -212,6 +216,39 @@ void writeTasks(PersistenceManager &persistence, const Clock &clock)
     }
 }
 
+/** A folder of two task lists, as programs that sync with a calendar server leave it on the disk. */
+void writeReminders(const QString &folder, FileSaver &saver, Date now)
+{
+    struct Todo
+    {
+        const char *list;
+        const char *name;
+        const char *properties;
+    };
+    static constexpr std::array todos{
+        Todo{"Shopping", "Coffee beans", ""},
+        Todo{"Shopping", "Batteries for the smoke alarm", "PRIORITY:1\r\n"},
+        Todo{"Household", "Water the plants",
+             "DTSTART;VALUE=DATE:%1\r\nDUE;VALUE=DATE:%1\r\nRRULE:FREQ=WEEKLY\r\n"},
+        Todo{"Household", "Call the chimney sweep", "DESCRIPTION:The number is on the boiler.\r\n"},
+    };
+    const QDate today = now.toDateTime().date();
+    const QString stamp = now.toDateTime().toUTC().toString(QStringLiteral("yyyyMMdd'T'HHmmss'Z'"));
+    for (const Todo &todo : todos) {
+        const QString list = folder + u'/' + QString::fromUtf8(todo.list);
+        QDir().mkpath(list);
+        const QString uid = uuidText(QUuid::createUuid());
+        QString properties = QString::fromUtf8(todo.properties);
+        properties.replace(QStringLiteral("%1"), today.toString(QStringLiteral("yyyyMMdd")));
+        const QString text =
+            u"BEGIN:VCALENDAR\r\nVERSION:2.0\r\nPRODID:-//Vantrel//Sample//EN\r\nBEGIN:VTODO\r\nUID:" + uid +
+            u"\r\nDTSTAMP:" + stamp + u"\r\nCREATED:" + stamp + u"\r\nSUMMARY:" +
+            QString::fromUtf8(todo.name) + u"\r\n" + properties + u"END:VTODO\r\nEND:VCALENDAR\r\n";
+        saver.save(list + u'/' + uid + u".ics", text.toUtf8());
+        saver.save(list + u"/displayname", todo.list);
+    }
+}
+
 } // namespace
 
 void writeSampleBoard(const AppConfig &config, Clock &clock, SampleSources sources)
@@ -220,7 +257,11 @@ void writeSampleBoard(const AppConfig &config, Clock &clock, SampleSources sourc
     FileSaver saver(calls);
     UserDefaults defaults(saver, config.filePath(QStringLiteral("devUser-defaults.json")));
     if (sources == SampleSources::All) {
+        const QString folder = config.filePath(QStringLiteral("task-lists"));
+        writeReminders(folder, saver, clock.now());
+        defaults.set(keys::RemindersFolder, folder);
         defaults.set(keys::IsOmniFocusEnabled, true);
+        defaults.set(keys::IsRemindersEnabled, true);
     }
     PersistenceManager persistence(config, defaults, saver, clock);
     writeTasks(persistence, clock);
