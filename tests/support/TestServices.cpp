@@ -21,18 +21,19 @@ TestServices::~TestServices()
 
 void TestServices::begin()
 {
-    m_services = std::make_unique<Services>(config, Ports{.clock = clock,
-                                                          .files = files,
-                                                          .announcements = desktop.announcements,
-                                                          .sounds = desktop.sounds,
-                                                          .appearance = desktop.appearance,
-                                                          .clipboard = desktop.clipboard,
-                                                          .urls = desktop.urls,
-                                                          .screen = desktop.screen,
-                                                          .scripts = scripts,
-                                                          .omniFocus = scripts ? nullptr : &omniFocus,
-                                                          .reminders = &reminders,
-                                                          .databaseVfs = databaseVfs});
+    m_services =
+        std::make_unique<Services>(config, Ports{.clock = clock,
+                                                 .files = files,
+                                                 .announcements = desktop.announcements,
+                                                 .sounds = desktop.sounds,
+                                                 .appearance = desktop.appearance,
+                                                 .clipboard = desktop.clipboard,
+                                                 .urls = desktop.urls,
+                                                 .screen = desktop.screen,
+                                                 .scripts = scripts,
+                                                 .omniFocus = scripts ? nullptr : &omniFocus,
+                                                 .reminders = usesReminderFolder ? nullptr : &reminders,
+                                                 .databaseVfs = databaseVfs});
     m_viewModels = std::make_unique<AppViewModel>(viewModelServices(*m_services));
 }
 
@@ -76,7 +77,7 @@ void TestServices::settle()
 
 bool TestServices::isWorking() const
 {
-    return m_services->persistence.pendingJobs() > 0 ||
+    return m_services->persistence.pendingJobs() > 0 || m_services->reminderFolder.pendingJobs() > 0 ||
            m_services->board->persistenceQueue().isProcessing() || m_services->omniFocusBridge->isBusy() ||
            QThreadPool::globalInstance()->activeThreadCount() > 0;
 }

@@ -58,6 +58,8 @@ public:
     ScriptRunner *scripts = nullptr;
     FakeTaskManager omniFocus{TaskManagerType::OmniFocus, clock};
     FakeTaskManager reminders{TaskManagerType::Reminders, clock};
+    /** Reminders come from the folder of the user defaults in place of the scriptable source. */
+    bool usesReminderFolder = false;
     QByteArray databaseVfs;
 
 private:
