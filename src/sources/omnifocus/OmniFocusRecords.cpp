@@ -192,29 +192,35 @@ std::optional<Date> AnswerDateReader::read(const QString &text) const
     QString plain = text;
     plain.replace(u'\u202F', u' ').replace(u'\u00A0', u' ');
     const QRegularExpressionMatch match = m_pattern.match(plain);
-    const QDate day = match.hasMatch() ? readDay(match.captured(1)) : QDate();
+    const Day day = match.hasMatch() ? readDay(match.captured(1)) : Day();
     const QTime time = timeOfDay(match);
-    if (!day.isValid() || !time.isValid()) {
+    if (!day.date.isValid() || !time.isValid()) {
         return std::nullopt;
     }
-    return Date::fromDateTime(QDateTime(day, time));
+    return day.start ? *day.start + time.msecsSinceStartOfDay() / 1000.0
+                     : Date::fromDateTime(QDateTime(day.date, time));
 }
 
-QDate AnswerDateReader::readDay(const QString &text) const
+AnswerDateReader::Day AnswerDateReader::readDay(const QString &text) const
 {
     const auto known = m_days.constFind(text);
     if (known != m_days.cend()) {
         return *known;
     }
-    QDate day;
+    Day day;
     for (const QString &format : m_dateFormats) {
         const QDate candidate = m_locale.toDate(text, format);
         // Parsing forgives case and missing zeros; only what would be written exactly so is a date of this
         // form.
         if (candidate.isValid() && m_locale.toString(candidate, format) == text) {
-            day = candidate;
+            day.date = candidate;
             break;
         }
+    }
+    const Date start = Date::fromDateTime(QDateTime(day.date, QTime(0, 0)));
+    const Date end = Date::fromDateTime(QDateTime(day.date.addDays(1), QTime(0, 0)));
+    if (day.date.isValid() && end - start == SecondsPerDay) {
+        day.start = start;
     }
     m_days.insert(text, day);
     return day;

@@ -28,13 +28,20 @@ public:
     std::optional<Date> read(const QString &text) const;
 
 private:
-    QDate readDay(const QString &text) const;
+    struct Day
+    {
+        /** Invalid for a text that is no day. */
+        QDate date;
+        /** Its midnight, unless the clocks change on it: to ask the system for each moment is slow. */
+        std::optional<Date> start;
+    };
+
+    Day readDay(const QString &text) const;
 
     QLocale m_locale;
     QStringList m_dateFormats;
     QRegularExpression m_pattern;
-    /** An invalid day for a text that is none. */
-    mutable QHash<QString, QDate> m_days;
+    mutable QHash<QString, Day> m_days;
 };
 
 /** One task of an answer. */
