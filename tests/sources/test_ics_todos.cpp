@@ -294,6 +294,10 @@ void TestIcsTodos::aSeriesThatCannotGoOnFaithfullyIsLeftAlone_data()
     row("no date", "RRULE:FREQ=DAILY");
     row("two rules", "DUE;VALUE=DATE:20261130\nRRULE:FREQ=DAILY\nRRULE:FREQ=WEEKLY");
     row("further dates", "DUE;VALUE=DATE:20261130\nRRULE:FREQ=DAILY\nRDATE;VALUE=DATE:20261201");
+    row("seconds of a day that never comes",
+        "DUE:20261130T120000Z\nRRULE:FREQ=SECONDLY;BYMONTH=2;BYMONTHDAY=30");
+    row("hours of a day that never comes",
+        "DUE;VALUE=DATE:20261130\nRRULE:FREQ=HOURLY;INTERVAL=32767;BYDAY=SU");
     row("nonsense", "DUE;VALUE=DATE:20261130\nRRULE:FREQ=SOMETIMES");
     row("start and due of two kinds", "DTSTART;VALUE=DATE:20261129\nDUE:20261130T120000Z\nRRULE:FREQ=DAILY");
     row("begins beside its rule", "DUE;VALUE=DATE:20261124\nRRULE:FREQ=WEEKLY;BYDAY=MO;COUNT=4");

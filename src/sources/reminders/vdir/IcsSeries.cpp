@@ -85,6 +85,21 @@ QByteArray withLowerCount(const QByteArray &rule, int gone)
     return text.toUtf8();
 }
 
+/** False for what is no rule, and for rules by the hour or less: libical may search for ever for what never
+ * comes. */
+bool isSearchable(const QByteArray &rule)
+{
+    switch (icalrecurrencetype_from_string(rule.constData()).freq) {
+    case ICAL_DAILY_RECURRENCE:
+    case ICAL_WEEKLY_RECURRENCE:
+    case ICAL_MONTHLY_RECURRENCE:
+    case ICAL_YEARLY_RECURRENCE:
+        return true;
+    default:
+        return false;
+    }
+}
+
 QDateTime wallClock(icaltimetype time)
 {
     return {QDate(time.year, time.month, time.day), QTime(time.hour, time.minute, time.second), Qt::UTC};
@@ -179,8 +194,7 @@ QString IcsSeries::obstacle() const
     if (!anchor.isPresent()) {
         return tr("This task repeats, but has no date to repeat from.");
     }
-    if (m_rules != 1 || m_hasOtherDates ||
-        icalrecurrencetype_from_string(m_rule.constData()).freq == ICAL_NO_RECURRENCE) {
+    if (m_rules != 1 || m_hasOtherDates || !isSearchable(m_rule)) {
         return tr("This task repeats in a way that only the program that made it can carry on.");
     }
     const bool isAnyMoved = std::any_of(m_moved.begin(), m_moved.end(), [&](icaltimetype time) {
