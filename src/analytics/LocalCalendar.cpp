@@ -20,12 +20,24 @@ qint64 floorDivide(qint64 value, qint64 divisor)
 
 } // namespace
 
+qint64 epochMilliseconds(Date date)
+{
+    static const Date epoch = Date::fromDateTime(QDateTime::fromMSecsSinceEpoch(0, Qt::UTC));
+    return std::llround((date - epoch) * 1000.0);
+}
+
+QDateTime LocalCalendar::dateTime(Date date) const
+{
+    return QDateTime::fromMSecsSinceEpoch(epochMilliseconds(date), timeZone);
+}
+
 LocalUnits::LocalUnits(const LocalCalendar &calendar, Date first, Date last)
     : m_firstWeekday(calendar.locale.firstDayOfWeek())
 {
-    const QDateTime begin = first.toDateTime().toUTC();
+    const QDateTime begin = QDateTime::fromMSecsSinceEpoch(epochMilliseconds(first), Qt::UTC);
+    const QDateTime end = QDateTime::fromMSecsSinceEpoch(epochMilliseconds(last), Qt::UTC);
     m_offsets.push_back({first.seconds(), calendar.timeZone.offsetFromUtc(begin)});
-    const auto transitions = calendar.timeZone.transitions(begin, last.toDateTime().toUTC());
+    const auto transitions = calendar.timeZone.transitions(begin, end);
     for (const QTimeZone::OffsetData &transition : transitions) {
         m_offsets.push_back({Date::fromDateTime(transition.atUtc).seconds(), transition.offsetFromUtc});
     }

@@ -19,8 +19,11 @@ struct LocalCalendar
     QTimeZone timeZone = QTimeZone::systemTimeZone();
     QLocale locale;
 
-    QDateTime dateTime(Date date) const { return date.toDateTime().toTimeZone(timeZone); }
+    QDateTime dateTime(Date date) const;
 };
+
+/** Since 1970, rounded. Unlike QDateTime's way through the system's local time it costs no system call. */
+qint64 epochMilliseconds(Date date);
 
 /**
  * Numbers hours, days and weeks of local time: two moments have the same number exactly when a clock on the

@@ -12,7 +12,7 @@ namespace {
 
 constexpr std::array<QStringView, 3> PeriodNames{u"hourly", u"daily", u"weekly"};
 constexpr int DaysPerWeek = 7;
-constexpr double SecondsPerHour = 3600.0;
+constexpr qint64 MillisecondsPerHour = 3600000;
 
 QString pointLabel(Date date, ThroughputPeriod period, const LocalCalendar &calendar)
 {
@@ -21,21 +21,23 @@ QString pointLabel(Date date, ThroughputPeriod period, const LocalCalendar &cale
     return calendar.locale.toString(calendar.dateTime(date), format);
 }
 
-std::optional<Date> dateAfterDays(const LocalCalendar &calendar, Date date, int days)
+/** Milliseconds since 1970: points are counted in whole ones, so that the last falls on the present exactly.
+ */
+std::optional<qint64> momentAfterDays(const LocalCalendar &calendar, qint64 moment, int days)
 {
-    const QDateTime moved = calendar.dateTime(date).addDays(days);
-    return moved.isValid() ? std::optional(Date::fromDateTime(moved)) : std::nullopt;
+    const QDateTime moved = QDateTime::fromMSecsSinceEpoch(moment, calendar.timeZone).addDays(days);
+    return moved.isValid() ? std::optional(moved.toMSecsSinceEpoch()) : std::nullopt;
 }
 
-std::optional<Date> nextPeriod(const LocalCalendar &calendar, Date current, ThroughputPeriod period)
+std::optional<qint64> nextPeriod(const LocalCalendar &calendar, qint64 current, ThroughputPeriod period)
 {
     if (period == ThroughputPeriod::Hourly) {
-        return current + SecondsPerHour;
+        return current + MillisecondsPerHour;
     }
     const int days = period == ThroughputPeriod::Daily ? 1 : DaysPerWeek;
-    const std::optional<Date> next = dateAfterDays(calendar, current, days);
+    const std::optional<qint64> next = momentAfterDays(calendar, current, days);
     // A date that the local calendar skipped (Samoa, 30 December 2011) comes out as the day before it.
-    return next && *next <= current ? dateAfterDays(calendar, current, days + 1) : next;
+    return next && *next <= current ? momentAfterDays(calendar, current, days + 1) : next;
 }
 
 /** How many tasks of each kind were finished in one unit of local time. */
@@ -205,16 +207,12 @@ namespace throughput {
 
 std::vector<Date> timePeriods(const LocalCalendar &calendar, ThroughputPeriod period, int lookbackDays)
 {
-    const Date end = calendar.now;
+    const qint64 end = epochMilliseconds(calendar.now);
     std::vector<Date> dates;
-    Date current = dateAfterDays(calendar, end, -lookbackDays).value_or(end);
-    while (current <= end) {
-        dates.push_back(current);
-        const std::optional<Date> next = nextPeriod(calendar, current, period);
-        if (!next) {
-            break;
-        }
-        current = *next;
+    std::optional<qint64> current = momentAfterDays(calendar, end, -lookbackDays).value_or(end);
+    while (current && *current <= end) {
+        dates.push_back(Date::fromDateTime(QDateTime::fromMSecsSinceEpoch(*current, Qt::UTC)));
+        current = nextPeriod(calendar, *current, period);
     }
     return dates;
 }

@@ -28,12 +28,16 @@ CommandInfo everywhere(QStringView id, Menu menu, const char *title, QStringView
     return info;
 }
 
+CommandInfo inMode(ViewMode mode, CommandInfo info)
+{
+    info.mode = mode;
+    return info;
+}
+
 CommandInfo onBoard(QStringView id, Menu menu, const char *title, QStringView symbol, const char *macKeys,
                     const char *linuxKeys, NotificationName notification)
 {
-    CommandInfo info = everywhere(id, menu, title, symbol, macKeys, linuxKeys, notification);
-    info.mode = ViewMode::Visualize;
-    return info;
+    return inMode(ViewMode::Visualize, everywhere(id, menu, title, symbol, macKeys, linuxKeys, notification));
 }
 
 CommandInfo whilePreferred(CommandInfo info, QStringView preference)
@@ -49,6 +53,21 @@ Table taskCommands()
                    "Ctrl+N", "Ctrl+N", names::ShowQuickTaskEntry),
         everywhere(u"refresh", Menu::Task, QT_TRANSLATE_NOOP("vantrel::Command", "Refresh Tasks"),
                    u"arrow.clockwise", "Ctrl+R", "Ctrl+R F5", names::RefreshTasksRequested),
+    };
+}
+
+Table viewModeCommands()
+{
+    return {
+        everywhere(u"switchToVisualize", Menu::View,
+                   QT_TRANSLATE_NOOP("vantrel::Command", "Switch to Visualize View"),
+                   infoOf(ViewMode::Visualize).symbol, "Meta+1", "Alt+1", names::SwitchToVisualizeView),
+        everywhere(u"switchToAnalyze", Menu::View,
+                   QT_TRANSLATE_NOOP("vantrel::Command", "Switch to Analyze View"),
+                   infoOf(ViewMode::Analyze).symbol, "Meta+3", "Alt+3", names::SwitchToAnalyzeView),
+        everywhere(u"switchToOptimize", Menu::View,
+                   QT_TRANSLATE_NOOP("vantrel::Command", "Switch to Optimize View"),
+                   infoOf(ViewMode::Optimize).symbol, "Meta+4", "Alt+4", names::SwitchToOptimizeView),
     };
 }
 
@@ -126,6 +145,20 @@ Table organizeCommands()
     };
 }
 
+Table analyticsCommands()
+{
+    return {
+        inMode(ViewMode::Analyze,
+               everywhere(u"refreshAnalytics", Menu::Organize,
+                          QT_TRANSLATE_NOOP("vantrel::Command", "Refresh Analytics"), u"arrow.clockwise",
+                          "Ctrl+Shift+R", "Ctrl+Shift+R", names::RefreshTasksRequested)),
+        inMode(ViewMode::Optimize,
+               everywhere(u"refreshOptimization", Menu::Organize,
+                          QT_TRANSLATE_NOOP("vantrel::Command", "Refresh Optimization Data"),
+                          u"arrow.clockwise", "Ctrl+Shift+R", "Ctrl+Shift+R", names::RefreshTasksRequested)),
+    };
+}
+
 Table windowCommands()
 {
     return {
@@ -145,8 +178,9 @@ const std::vector<CommandInfo> &commandTable()
 {
     static const Table table = [] {
         Table all;
-        for (const Table &group : {taskCommands(), boardViewCommands(), swimLaneCommands(),
-                                   organizeCommands(), windowCommands()}) {
+        for (const Table &group :
+             {taskCommands(), viewModeCommands(), boardViewCommands(), swimLaneCommands(), organizeCommands(),
+              analyticsCommands(), windowCommands()}) {
             all.insert(all.end(), group.begin(), group.end());
         }
         return all;

@@ -33,6 +33,6 @@ inline const ViewModeInfo &infoOf(ViewMode mode)
 }
 
 /** The modes that have a screen. A mode without one is offered nowhere. */
-inline constexpr std::array AvailableViewModes{ViewMode::Visualize};
+inline constexpr std::array AvailableViewModes{ViewMode::Visualize, ViewMode::Analyze, ViewMode::Optimize};
 
 } // namespace vantrel

@@ -60,6 +60,7 @@ private Q_SLOTS:
     void everyPointCountsWhatTheWallClockSays_data();
     void everyPointCountsWhatTheWallClockSays();
     void theWindowIsTwentyDaysWhateverThePeriod();
+    void thePresentHasAPointWhateverItsFraction();
     void theSumMayMissWeeksBetweenThePoints();
     void metricsFollowTheCounts_data();
     void metricsFollowTheCounts();
@@ -136,6 +137,16 @@ void TestAnalytics::theWindowIsTwentyDaysWhateverThePeriod()
     const auto days = throughput::generateThroughputData({}, ThroughputPeriod::Daily, 20, calendar);
     QCOMPARE(days.back().date, calendar.now);
     QCOMPARE(days.front().label(calendar), QStringLiteral("Jun 1"));
+}
+
+void TestAnalytics::thePresentHasAPointWhateverItsFraction()
+{
+    LocalCalendar calendar = calendarAt("Europe/Berlin", QDate(2026, 11, 3), QTime(10, 30));
+    for (const double fraction : {0.0004, 0.0006, 0.123456789, 0.99999}) {
+        calendar.now = calendarAt("Europe/Berlin", QDate(2026, 11, 3), QTime(10, 30)).now + fraction;
+        QCOMPARE(throughput::timePeriods(calendar, ThroughputPeriod::Daily, 20).size(), 21u);
+        QCOMPARE(throughput::timePeriods(calendar, ThroughputPeriod::Hourly, 20).size(), 482u);
+    }
 }
 
 void TestAnalytics::theSumMayMissWeeksBetweenThePoints()

@@ -215,6 +215,8 @@ void TestShell::aPaneIsReachedByKey()
     start();
     const QImage before = m_window->picture();
     m_window->press(u"F6"_s);
+    QVERIFY(m_window->item(u"rail"_s)->hasActiveFocus());
+    m_window->press(u"F6"_s);
     QVERIFY(m_window->item(u"toolbar"_s)->hasActiveFocus());
     QCOMPARE(m_window->focusName(), u"refreshButton"_s);
     const QRectF place = m_window->item(u"refreshButton"_s)->mapRectToScene({-4, -4, 40, 40});
@@ -222,6 +224,7 @@ void TestShell::aPaneIsReachedByKey()
 
     m_window->press(u"Tab"_s);
     QVERIFY(m_window->focusName() != u"refreshButton"_s);
+    m_window->press(u"Shift+F6"_s);
     m_window->press(u"Shift+F6"_s);
     QVERIFY(m_window->item(u"content"_s)->hasActiveFocus());
 }

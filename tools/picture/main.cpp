@@ -1,11 +1,13 @@
 // Draws the main window, with the real interface on a sample board, into a picture. Needs no display.
 
 #include "SampleBoard.h"
+#include "SampleHistory.h"
 
 #include "app/MainWindow.h"
 #include "app/Services.h"
 #include "foundations/TimeManager.h"
 #include "support/FakeDesktop.h"
+#include "support/FakeTaskManager.h"
 #include "viewmodels/AppViewModel.h"
 
 #include <QCommandLineParser>
@@ -32,6 +34,7 @@ struct Wishes
     bool isDark = false;
     bool isEmpty = false;
     SampleSources sources = SampleSources::PlainText;
+    bool hasHistory = false;
     QSize size{1280, 820};
     QString command;
     QString state;
@@ -81,7 +84,9 @@ int draw(const Wishes &wishes)
     const QTemporaryDir directory;
     const AppConfig config{AppEnvironment::Testing, directory.path()};
     SystemClock clock;
-    if (!wishes.isEmpty) {
+    if (wishes.hasHistory) {
+        writeAgingTasks(config, clock);
+    } else if (!wishes.isEmpty) {
         writeSampleBoard(config, clock, wishes.sources);
     }
     FileCalls files;
@@ -89,8 +94,29 @@ int draw(const Wishes &wishes)
     desktop.appearance.setColorScheme(wishes.isDark ? DesktopAppearance::ColorScheme::Dark
                                                     : DesktopAppearance::ColorScheme::Light);
     desktop.appearance.setPrefersReducedMotion(true);
-    Services services(config, Ports{clock, files, desktop.announcements, desktop.sounds, desktop.appearance,
-                                    desktop.clipboard, desktop.urls, desktop.screen});
+    test::FakeTaskManager omniFocus{TaskManagerType::OmniFocus, clock};
+    test::FakeTaskManager reminders{TaskManagerType::Reminders, clock};
+    Ports ports{clock,
+                files,
+                desktop.announcements,
+                desktop.sounds,
+                desktop.appearance,
+                desktop.clipboard,
+                desktop.urls,
+                desktop.screen};
+    if (wishes.hasHistory) {
+        ports.omniFocus = &omniFocus;
+        ports.reminders = &reminders;
+    }
+    Services services(config, ports);
+    if (wishes.hasHistory) {
+        services.managers.setTaskSourceConfiguration(
+            {.isOmniFocusEnabled = true, .isRemindersEnabled = true, .isPlainTextEnabled = true});
+        omniFocus.fetches.give({});
+        omniFocus.completedFetches.give(finishedTasks(TaskManagerType::OmniFocus, clock.now()));
+        reminders.fetches.give({});
+        reminders.completedFetches.give(finishedTasks(TaskManagerType::Reminders, clock.now()));
+    }
     services.board->wipGaugeSettings().setEnabled(true);
     services.board->wipGaugeSettings().setMaxThreshold(15);
     services.board->wipGaugeSettings().setWarnThreshold(10);
@@ -156,6 +182,8 @@ int main(int argc, char *argv[])
     const QCommandLineOption empty(QStringLiteral("empty"), QStringLiteral("The board of a first start."));
     const QCommandLineOption demo(QStringLiteral("demo"),
                                   QStringLiteral("With sample tasks of all sources."));
+    const QCommandLineOption history(QStringLiteral("history"),
+                                     QStringLiteral("Tasks of all ages, and twenty days of finished ones."));
     const QCommandLineOption scale(QStringLiteral("scale"), QStringLiteral("Pixels a point."),
                                    QStringLiteral("n"));
     const QCommandLineOption command(QStringLiteral("command"),
@@ -166,7 +194,7 @@ int main(int argc, char *argv[])
     const QCommandLineOption state(QStringLiteral("state"),
                                    QStringLiteral("One of: focus, isolation, selection, block."),
                                    QStringLiteral("name"));
-    parser.addOptions({out, dark, light, empty, demo, scale, command, size, state});
+    parser.addOptions({out, dark, light, empty, demo, history, scale, command, size, state});
     parser.addHelpOption();
     parser.process(application);
 
@@ -175,6 +203,7 @@ int main(int argc, char *argv[])
     wishes.isDark = parser.isSet(dark);
     wishes.isEmpty = parser.isSet(empty);
     if (parser.isSet(demo)) wishes.sources = SampleSources::All;
+    wishes.hasHistory = parser.isSet(history);
     wishes.command = parser.value(command);
     wishes.state = parser.value(state);
     const QStringList sides = parser.value(size).split(u'x');

@@ -74,12 +74,27 @@ FocusScope {
         enabled: !root.hasSheet
     }
 
+    // A load that is over before the eye can follow moves nothing.
+    Timer {
+        id: railHiding
+        interval: 150
+        running: rail.visible && !root.app.taskList.isRailVisible
+        onTriggered: rail.visible = false
+    }
+    Connections {
+        target: root.app.taskList
+
+        function onStateChanged() {
+            if (root.app.taskList.isRailVisible)
+                rail.visible = true;
+        }
+    }
     ModeRail {
         id: rail
+        objectName: "rail"
         anchors.top: toolbar.bottom
         anchors.bottom: parent.bottom
         width: visible ? Theme.railWidth : 0
-        visible: root.app.taskList.isRailVisible
         taskList: root.app.taskList
         enabled: !root.hasSheet
     }

@@ -10,6 +10,7 @@ FocusScope {
     required property AppViewModel app
 
     readonly property TaskListViewModel taskList: app.taskList
+    readonly property string viewMode: taskList.viewMode
     readonly property bool showsContent: taskList.screen === TaskListViewModel.Content
                                          || taskList.screen === TaskListViewModel.Loading
 
@@ -39,14 +40,36 @@ FocusScope {
         objectName: "board"
         anchors.fill: parent
         focus: visible
-        visible: root.showsContent && !loadingScreen.active
+        visible: root.viewMode === "kanban" && root.showsContent && !loadingScreen.active
         board: root.app.board
+    }
+    Lazy {
+        anchors.fill: parent
+        active: root.viewMode === "analyze" && root.showsContent
+        visible: !loadingScreen.active
+        focus: active && visible
+        sourceComponent: AnalyzeView {
+            objectName: "analyzeView"
+            focus: true
+            analyze: root.app.analyze
+        }
+    }
+    Lazy {
+        anchors.fill: parent
+        active: root.viewMode === "optimize" && root.showsContent
+        visible: !loadingScreen.active
+        focus: active && visible
+        sourceComponent: OptimizeView {
+            objectName: "optimizeView"
+            focus: true
+            optimize: root.app.optimize
+        }
     }
     Lazy {
         anchors.horizontalCenter: parent.horizontalCenter
         anchors.bottom: parent.bottom
         anchors.bottomMargin: Math.max(Theme.laneGap, root.height / 10)
-        active: root.app.boardEmpty && root.taskList.screen === TaskListViewModel.Content
+        active: root.viewMode === "kanban" && root.app.boardEmpty && root.taskList.screen === TaskListViewModel.Content
         sourceComponent: EmptyBoardHint {
             addCommand: root.app.commands.command("quickAdd")
         }

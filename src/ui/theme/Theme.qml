@@ -57,6 +57,13 @@ QtObject {
     readonly property color gaugeText: "#FFFFFF"
     readonly property color gaugeTextShadow: "#80000000"
 
+    // Charts: the sources, and the zones of age by their raw values
+    readonly property color accentWash: Qt.alpha(accent, 0.1)
+    readonly property color omniFocus: "#8B5CF6"
+    readonly property color reminders: dark ? "#F59E0B" : "#D97B06"
+    readonly property color remindersWash: Qt.alpha("#F59E0B", 0.35)
+    readonly property var ageZones: ({fresh: "#24A35A", aging: dark ? "#D9A90E" : "#CE9B06", stale: "#E0761A", ancient: "#DC2F2F"})
+
     // Shadows are painted: a few translucent rectangles, no effects.
     readonly property color shadow: dark ? "#50000000" : "#14101828"
     readonly property color softShadow: dark ? "#1C000000" : "#07101828"
@@ -71,6 +78,7 @@ QtObject {
     readonly property int medium: 14
     readonly property int large: 16
     readonly property int huge: 20
+    readonly property int figure: 24
     readonly property int regularWeight: Font.Normal
     readonly property int titleWeight: Font.Medium
     readonly property int headingWeight: Font.DemiBold
