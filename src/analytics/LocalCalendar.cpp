@@ -10,6 +10,8 @@ namespace {
 constexpr qint64 SecondsPerHour = 3600;
 constexpr qint64 SecondsPerWholeDay = 86400;
 constexpr qint64 DaysPerWeek = 7;
+constexpr qint64 MillisecondsPerSecond = 1000;
+constexpr qint64 MillisecondsPerDay = SecondsPerWholeDay * MillisecondsPerSecond;
 
 /** Division that rounds towards the past, also before the reference date. */
 qint64 floorDivide(qint64 value, qint64 divisor)
@@ -29,6 +31,28 @@ qint64 epochMilliseconds(Date date)
 QDateTime LocalCalendar::dateTime(Date date) const
 {
     return QDateTime::fromMSecsSinceEpoch(epochMilliseconds(date), timeZone);
+}
+
+qint64 LocalCalendar::wallTime(qint64 moment) const
+{
+    const QDateTime utc = QDateTime::fromMSecsSinceEpoch(moment, Qt::UTC);
+    return moment + timeZone.offsetFromUtc(utc) * MillisecondsPerSecond;
+}
+
+qint64 LocalCalendar::momentAt(qint64 wallTime) const
+{
+    // No offset is as large as a day, and no clock is changed twice within two.
+    const auto offsetNear = [&](qint64 moment) {
+        return this->wallTime(moment) - moment;
+    };
+    const qint64 byClockBefore = wallTime - offsetNear(wallTime - MillisecondsPerDay);
+    const qint64 byClockAfter = wallTime - offsetNear(wallTime + MillisecondsPerDay);
+    for (const qint64 moment : {byClockBefore, byClockAfter}) {
+        if (this->wallTime(moment) == wallTime) {
+            return moment;
+        }
+    }
+    return byClockBefore;
 }
 
 LocalUnits::LocalUnits(const LocalCalendar &calendar, Date first, Date last)

@@ -20,6 +20,10 @@ struct LocalCalendar
     QLocale locale;
 
     QDateTime dateTime(Date date) const;
+    /** What the clock on the wall shows at a moment; both in milliseconds, since 1970 here and in UTC. */
+    qint64 wallTime(qint64 moment) const;
+    /** The first moment at which the clock shows that; one that it skips counts from the clock before. */
+    qint64 momentAt(qint64 wallTime) const;
 };
 
 /** Since 1970, rounded. Unlike QDateTime's way through the system's local time it costs no system call. */

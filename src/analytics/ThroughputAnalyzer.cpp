@@ -13,31 +13,14 @@ namespace {
 constexpr std::array<QStringView, 3> PeriodNames{u"hourly", u"daily", u"weekly"};
 constexpr int DaysPerWeek = 7;
 constexpr qint64 MillisecondsPerHour = 3600000;
+constexpr qint64 MillisecondsPerDay = 24 * MillisecondsPerHour;
+constexpr qint64 MillisecondsPerWeek = DaysPerWeek * MillisecondsPerDay;
 
 QString pointLabel(Date date, ThroughputPeriod period, const LocalCalendar &calendar)
 {
     const QString format =
         period == ThroughputPeriod::Hourly ? QStringLiteral("HH:mm") : QStringLiteral("MMM d");
     return calendar.locale.toString(calendar.dateTime(date), format);
-}
-
-/** Milliseconds since 1970: points are counted in whole ones, so that the last falls on the present exactly.
- */
-std::optional<qint64> momentAfterDays(const LocalCalendar &calendar, qint64 moment, int days)
-{
-    const QDateTime moved = QDateTime::fromMSecsSinceEpoch(moment, calendar.timeZone).addDays(days);
-    return moved.isValid() ? std::optional(moved.toMSecsSinceEpoch()) : std::nullopt;
-}
-
-std::optional<qint64> nextPeriod(const LocalCalendar &calendar, qint64 current, ThroughputPeriod period)
-{
-    if (period == ThroughputPeriod::Hourly) {
-        return current + MillisecondsPerHour;
-    }
-    const int days = period == ThroughputPeriod::Daily ? 1 : DaysPerWeek;
-    const std::optional<qint64> next = momentAfterDays(calendar, current, days);
-    // A date that the local calendar skipped (Samoa, 30 December 2011) comes out as the day before it.
-    return next && *next <= current ? momentAfterDays(calendar, current, days + 1) : next;
 }
 
 /** How many tasks of each kind were finished in one unit of local time. */
@@ -207,12 +190,26 @@ namespace throughput {
 
 std::vector<Date> timePeriods(const LocalCalendar &calendar, ThroughputPeriod period, int lookbackDays)
 {
+    // Whole milliseconds, so that no rounding loses the last point: the present.
     const qint64 end = epochMilliseconds(calendar.now);
+    const qint64 firstWallTime = calendar.wallTime(end) - lookbackDays * MillisecondsPerDay;
     std::vector<Date> dates;
-    std::optional<qint64> current = momentAfterDays(calendar, end, -lookbackDays).value_or(end);
-    while (current && *current <= end) {
-        dates.push_back(Date::fromDateTime(QDateTime::fromMSecsSinceEpoch(*current, Qt::UTC)));
-        current = nextPeriod(calendar, *current, period);
+    const auto append = [&dates](qint64 moment) {
+        const Date date = Date::fromDateTime(QDateTime::fromMSecsSinceEpoch(moment, Qt::UTC));
+        // A date that the local calendar skipped (Samoa, 30 December 2011) is the same moment as the next.
+        if (dates.empty() || dates.back() < date) {
+            dates.push_back(date);
+        }
+    };
+    if (period == ThroughputPeriod::Hourly) {
+        for (qint64 moment = calendar.momentAt(firstWallTime); moment <= end; moment += MillisecondsPerHour) {
+            append(moment);
+        }
+        return dates;
+    }
+    const qint64 step = period == ThroughputPeriod::Daily ? MillisecondsPerDay : MillisecondsPerWeek;
+    for (qint64 wallTime = firstWallTime; calendar.momentAt(wallTime) <= end; wallTime += step) {
+        append(calendar.momentAt(wallTime));
     }
     return dates;
 }

@@ -195,7 +195,8 @@ void TestAnalyze::aChoiceIsShownWithoutAskingTheSources()
     m_board->settle();
 
     m_screen->setPeriod(static_cast<int>(ThroughputPeriod::Hourly));
-    QCOMPARE(m_screen->marks().size(), 481);
+    // An hour more or less where the clocks were changed.
+    QVERIFY(std::abs(m_screen->marks().size() - 481) <= 1);
     QCOMPARE(said().last(), u"Time period changed to Per Hour. Analytics updated."_s);
     m_screen->setPeriod(static_cast<int>(ThroughputPeriod::Weekly));
     QCOMPARE(m_screen->marks().size(), 3);

@@ -74,7 +74,8 @@ FocusScope {
         enabled: !root.hasSheet
     }
 
-    // A load that is over before the eye can follow moves nothing.
+    // It rests while there is nothing to switch between, but not for a load that is over before the eye can follow.
+    // Its place stays free, so that the board need not move aside when it comes back.
     Timer {
         id: railHiding
         interval: 150
@@ -94,7 +95,7 @@ FocusScope {
         objectName: "rail"
         anchors.top: toolbar.bottom
         anchors.bottom: parent.bottom
-        width: visible ? Theme.railWidth : 0
+        width: Theme.railWidth
         taskList: root.app.taskList
         enabled: !root.hasSheet
     }
