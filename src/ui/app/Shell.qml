@@ -105,8 +105,8 @@ FocusScope {
         objectName: "content"
         anchors.top: toolbar.bottom
         anchors.bottom: parent.bottom
-        anchors.left: rail.right
-        anchors.right: parent.right
+        x: rail.width
+        width: Math.max(0, root.width - rail.width)
         focus: true
         app: root.app
         enabled: !root.hasSheet
