@@ -44,8 +44,8 @@ FocusScope {
         return Math.max(0, Math.min(count - 1, index));
     }
     function moveTo(index: int) {
-        const mark = repeater.itemAt(Math.max(0, Math.min(count - 1, index)));
-        mark?.forceActiveFocus(Qt.TabFocusReason);
+        keyboardIndex = Math.max(0, Math.min(count - 1, index));
+        repeater.itemAt(keyboardIndex)?.forceActiveFocus(Qt.TabFocusReason);
     }
 
     activeFocusOnTab: true
@@ -64,8 +64,10 @@ FocusScope {
         event.accepted = true;
     }
     Keys.onEscapePressed: event => {
-        event.accepted = keyboardIndex >= 0;
-        root.forceActiveFocus();
+        const mark = repeater.itemAt(keyboardIndex);
+        event.accepted = mark !== null;
+        if (mark)
+            mark.focus = false;
         keyboardIndex = -1;
     }
 

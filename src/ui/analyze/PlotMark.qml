@@ -13,11 +13,12 @@ Item {
     /** Where its highest point is. */
     required property real peakY
 
-    readonly property bool isCurrent: plot.current === index
+    // The chart may go before its marks.
+    readonly property bool isCurrent: plot?.current === index
 
-    x: plot.xOf(index) - width / 2
-    width: plot.pitch
-    height: plot.plotHeight
+    x: (plot?.xOf(index) ?? 0) - width / 2
+    width: plot?.pitch ?? 0
+    height: plot?.plotHeight ?? 0
     Accessible.role: Accessible.Graphic
     Accessible.name: modelData.moment + ": " + tip.replace("\n", ", ")
     Accessible.focusable: true

@@ -72,6 +72,10 @@ FocusScope {
             Repeater {
                 id: repeater
                 model: root.optimize.bars
+                onItemAdded: index => {
+                    if (chart.activeFocus && index === chart.focusedBucket)
+                        chart.moveTo(index);
+                }
 
                 delegate: AgeHistogramBar {
                     width: chart.width / repeater.count

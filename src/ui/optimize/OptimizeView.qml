@@ -63,6 +63,7 @@ FocusScope {
         visible: !loadingScreen.active
         focus: active
         sourceComponent: TaskAgeCardGrid {
+            focus: true
             optimize: root.optimize
 
             ScreenHeader {

@@ -11,6 +11,7 @@ Rectangle {
 
     signal tapped
 
+    objectName: "ageCard-" + card.id
     height: card.height
     radius: Theme.cardRadius
     color: hover.hovered ? Theme.cardHover : Theme.card

@@ -65,6 +65,8 @@ FocusScope {
         clip: true
         activeFocusOnTab: true
         model: root.optimize.grid
+        // The view model knows where the keyboard is: no row is to take the focus from the list.
+        currentIndex: -1
         T.ScrollBar.vertical: AppScrollBar {}
         Accessible.role: Accessible.List
         Accessible.name: qsTr("Tasks by Age: %1 tasks").arg(root.optimize.grid.cardCount)
