@@ -137,6 +137,7 @@ ViewModelServices viewModelServices(Services &services)
             .sounds = services.sounds,
             .toasts = services.toasts,
             .urls = services.urls,
+            .clipboard = services.clipboard,
             .saveIndicator = services.saveIndicator,
             .appearance = services.appearance,
             .desktop = services.desktop};

@@ -9,11 +9,20 @@ namespace vantrel {
 
 namespace {
 
-constexpr std::array<QStringView, 6> ScopeLabels{u"Plain Text Tasks Only", u"All Tasks",
-                                                 u"Visible Tasks",         u"Selected Tasks",
-                                                 u"Selected Column",       u"Selected Swimlane"};
-constexpr std::array<QStringView, 3> FormatLabels{u"Markdown Checkboxes", u"Grouped by Column",
-                                                  u"Grouped by Swimlane"};
+// Shown by TaskExportViewModel, which translates them.
+constexpr std::array ScopeLabels{
+    QT_TRANSLATE_NOOP("vantrel::TaskExportViewModel", "Plain Text Tasks Only"),
+    QT_TRANSLATE_NOOP("vantrel::TaskExportViewModel", "All Tasks"),
+    QT_TRANSLATE_NOOP("vantrel::TaskExportViewModel", "Visible Tasks"),
+    QT_TRANSLATE_NOOP("vantrel::TaskExportViewModel", "Selected Tasks"),
+    QT_TRANSLATE_NOOP("vantrel::TaskExportViewModel", "Selected Column"),
+    QT_TRANSLATE_NOOP("vantrel::TaskExportViewModel", "Selected Swimlane"),
+};
+constexpr std::array FormatLabels{
+    QT_TRANSLATE_NOOP("vantrel::TaskExportViewModel", "Markdown Checkboxes"),
+    QT_TRANSLATE_NOOP("vantrel::TaskExportViewModel", "Grouped by Column"),
+    QT_TRANSLATE_NOOP("vantrel::TaskExportViewModel", "Grouped by Swimlane"),
+};
 
 /** `line` with what stands between the brackets of a checkbox at its head replaced; a line without one as it
  * is. */
@@ -54,12 +63,12 @@ QStringList unnamedHashtags(const PlainTextWorkItem &task)
 
 QString rawValue(ExportScope scope)
 {
-    return ScopeLabels.at(static_cast<std::size_t>(scope)).toString();
+    return QString::fromLatin1(ScopeLabels.at(static_cast<std::size_t>(scope)));
 }
 
 QString rawValue(ExportFormat format)
 {
-    return FormatLabels.at(static_cast<std::size_t>(format)).toString();
+    return QString::fromLatin1(FormatLabels.at(static_cast<std::size_t>(format)));
 }
 
 QString PlainTextTaskExporter::formatTask(const WorkItem &task) const

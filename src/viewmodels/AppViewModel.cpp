@@ -10,6 +10,12 @@ namespace vantrel {
 
 namespace {
 constexpr double ContentDelay = 0.3;
+ExchangeServices exchangeServices(const ViewModelServices &services)
+{
+    return {services.board,     services.managers, services.notifications,
+            services.announcer, services.toasts,   services.clipboard};
+}
+
 } // namespace
 
 AppViewModel::AppViewModel(const ViewModelServices &services, QObject *parent)
@@ -32,6 +38,8 @@ AppViewModel::AppViewModel(const ViewModelServices &services, QObject *parent)
       m_quickEntry({services.managers, services.repository, services.defaults, services.notifications,
                     services.announcer, services.toasts, services.clock}),
       m_remindersFolder(services.defaults, services.notifications, services.desktop),
+      m_exporter(exchangeServices(services)),
+      m_importer(exchangeServices(services)),
       m_toast(services.toasts),
       m_gauge(services.board)
 {

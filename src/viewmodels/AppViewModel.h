@@ -10,6 +10,7 @@
 #include "viewmodels/PermissionHelp.h"
 #include "viewmodels/QuickTaskEntryViewModel.h"
 #include "viewmodels/RemindersFolderModel.h"
+#include "viewmodels/TaskImportViewModel.h"
 #include "viewmodels/TaskListViewModel.h"
 #include "viewmodels/ToastViewModel.h"
 #include "viewmodels/WIPGaugeViewModel.h"
@@ -19,6 +20,7 @@
 
 namespace vantrel {
 
+class Clipboard;
 class TimeManager;
 class UrlOpener;
 
@@ -37,6 +39,7 @@ struct ViewModelServices
     SoundManager &sounds;
     ToastManager &toasts;
     UrlOpener &urls;
+    Clipboard &clipboard;
     BackgroundSaveIndicator &saveIndicator;
     const DesktopAppearance &appearance;
     DesktopFamily desktop = DesktopFamily::Linux;
@@ -59,6 +62,8 @@ class AppViewModel : public QObject
     Q_PROPERTY(vantrel::Commands *commands READ commands CONSTANT)
     Q_PROPERTY(vantrel::QuickTaskEntryViewModel *quickEntry READ quickEntry CONSTANT)
     Q_PROPERTY(vantrel::RemindersFolderModel *remindersFolder READ remindersFolder CONSTANT)
+    Q_PROPERTY(vantrel::TaskExportViewModel *exporter READ exporter CONSTANT)
+    Q_PROPERTY(vantrel::TaskImportViewModel *importer READ importer CONSTANT)
     Q_PROPERTY(vantrel::ToastViewModel *toast READ toast CONSTANT)
     Q_PROPERTY(vantrel::WIPGaugeViewModel *gauge READ gauge CONSTANT)
     Q_PROPERTY(bool saving READ isSaving NOTIFY savingChanged)
@@ -77,6 +82,8 @@ public:
     Commands *commands() { return &m_commands; }
     QuickTaskEntryViewModel *quickEntry() { return &m_quickEntry; }
     RemindersFolderModel *remindersFolder() { return &m_remindersFolder; }
+    TaskExportViewModel *exporter() { return &m_exporter; }
+    TaskImportViewModel *importer() { return &m_importer; }
     ToastViewModel *toast() { return &m_toast; }
     WIPGaugeViewModel *gauge() { return &m_gauge; }
     bool isSaving() const { return m_saveIndicator.isSaving(); }
@@ -109,6 +116,8 @@ private:
     Commands m_commands;
     QuickTaskEntryViewModel m_quickEntry;
     RemindersFolderModel m_remindersFolder;
+    TaskExportViewModel m_exporter;
+    TaskImportViewModel m_importer;
     ToastViewModel m_toast;
     WIPGaugeViewModel m_gauge;
     bool m_isBoardEmpty = false;

@@ -53,6 +53,16 @@ Table taskCommands()
                    "Ctrl+N", "Ctrl+N", names::ShowQuickTaskEntry),
         everywhere(u"refresh", Menu::Task, QT_TRANSLATE_NOOP("vantrel::Command", "Refresh Tasks"),
                    u"arrow.clockwise", "Ctrl+R", "Ctrl+R F5", names::RefreshTasksRequested),
+        onBoard(u"importTasks", Menu::Task, QT_TRANSLATE_NOOP("vantrel::Command", "Import Tasks from Text"),
+                u"tray", "Ctrl+I", "Ctrl+I", names::ShowTaskImportView),
+        onBoard(u"exportTasks", Menu::Task, QT_TRANSLATE_NOOP("vantrel::Command", "Export Tasks as Text"),
+                u"arrow.up.doc", "Ctrl+E", "Ctrl+E", names::ShowTaskExportView),
+        onBoard(u"quickExportPlainTextTasks", Menu::Task,
+                QT_TRANSLATE_NOOP("vantrel::Command", "Quick Export Plain Text Tasks"), u"doc.on.doc",
+                "Ctrl+Alt+C", "Ctrl+Alt+C", names::QuickExportPlainTextTasks),
+        onBoard(u"quickExportVisibleTasks", Menu::Task,
+                QT_TRANSLATE_NOOP("vantrel::Command", "Quick Export Visible Tasks"), {}, "Ctrl+Alt+Shift+C",
+                "Ctrl+Alt+Shift+C", names::QuickExportVisibleTasks),
     };
 }
 

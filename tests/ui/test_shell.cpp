@@ -28,6 +28,7 @@ private Q_SLOTS:
     void aLineStaysWhileAnInputMethodComposes();
     void aLineThatFailedIsNotLost();
     void aTaskIsCorrectedByKeyAlone();
+    void aListComesInAndGoesOutByKeyAlone();
     void keysOfTheBoardRestUnderTheSheet();
     void aPaneIsReachedByKey();
     void theMenuRunsACommandByKey();
@@ -197,6 +198,40 @@ void TestShell::aTaskIsCorrectedByKeyAlone()
     m_window->press(u"Return"_s);
     QVERIFY(m_window->wait([this] { return !m_window->item(u"quickEntrySheet"_s); }));
     QVERIFY(m_window->services.reminders.requests.contains(u"createTask mow"_s));
+}
+
+void TestShell::aListComesInAndGoesOutByKeyAlone()
+{
+    start();
+    m_window->services.desktop.clipboard.content = u"- [ ] one #tag\n- [x] two"_s;
+    m_window->press(u"Ctrl+I"_s);
+    m_window->press(u"Tab"_s);
+    QCOMPARE(m_window->focusName(), u"pasteButton"_s);
+    m_window->press(u"Return"_s);
+    m_window->press(u"Tab"_s);
+    m_window->press(u"Tab"_s);
+    QCOMPARE(m_window->focusName(), u"previewButton"_s);
+    m_window->press(u"Return"_s);
+    QCOMPARE(m_window->focusName(), u"importButton"_s);
+    m_window->press(u"Return"_s);
+    QCOMPARE(namesOnBoard(), (QStringList{u"one"_s, u"two"_s}));
+    QCOMPARE(m_window->focusName(), u"noticeButton"_s);
+    m_window->press(u"Return"_s);
+    QVERIFY(m_window->wait([this] { return m_window->item(u"content"_s)->hasActiveFocus(); }));
+
+    m_window->services.desktop.clipboard.content.clear();
+    m_window->press(u"Ctrl+E"_s);
+    QCOMPARE(m_window->focusName(), u"exportScopePicker"_s);
+    m_window->press(u"Right"_s);
+    QCOMPARE(m_window->services.viewModels().exporter()->selectedScope(), 1);
+    for (int i = 0; i < 10 && m_window->focusName() != u"copyExportButton"; ++i) {
+        m_window->press(u"Tab"_s);
+    }
+    m_window->press(u"Return"_s);
+    QCOMPARE(m_window->services.desktop.clipboard.content, u"- [ ] one #tag\n- [x] two"_s);
+    m_window->press(u"Return"_s);
+    m_window->press(u"Esc"_s);
+    QVERIFY(m_window->wait([this] { return m_window->item(u"content"_s)->hasActiveFocus(); }));
 }
 
 void TestShell::keysOfTheBoardRestUnderTheSheet()

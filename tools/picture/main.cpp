@@ -37,6 +37,7 @@ struct Wishes
     bool hasHistory = false;
     QSize size{1280, 820};
     QString command;
+    QString text;
     QString state;
 };
 
@@ -142,6 +143,14 @@ int draw(const Wishes &wishes)
             command->trigger();
         }
     }
+    if (app.quickEntry()->isOpen()) {
+        app.quickEntry()->setInputText(wishes.text);
+        app.quickEntry()->parseAndContinue();
+    }
+    if (app.importer()->isOpen()) {
+        app.importer()->setInputText(wishes.text);
+        app.importer()->parseInput();
+    }
     rest(100);
     if (!wishes.isEmpty) {
         bringAbout(wishes.state, services, *app.board());
@@ -194,7 +203,10 @@ int main(int argc, char *argv[])
     const QCommandLineOption state(QStringLiteral("state"),
                                    QStringLiteral("One of: focus, isolation, selection, block."),
                                    QStringLiteral("name"));
-    parser.addOptions({out, dark, light, empty, demo, history, scale, command, size, state});
+    const QCommandLineOption text(QStringLiteral("text"),
+                                  QStringLiteral("What to type into quick entry or import, going on."),
+                                  QStringLiteral("text"));
+    parser.addOptions({out, dark, light, empty, demo, history, scale, command, text, size, state});
     parser.addHelpOption();
     parser.process(application);
 
@@ -205,6 +217,7 @@ int main(int argc, char *argv[])
     if (parser.isSet(demo)) wishes.sources = SampleSources::All;
     wishes.hasHistory = parser.isSet(history);
     wishes.command = parser.value(command);
+    wishes.text = parser.value(text);
     wishes.state = parser.value(state);
     const QStringList sides = parser.value(size).split(u'x');
     if (sides.size() == 2) wishes.size = QSize(sides.at(0).toInt(), sides.at(1).toInt());

@@ -9,7 +9,7 @@ FocusScope {
 
     required property AppViewModel app
 
-    readonly property bool hasSheet: root.app.quickEntry.open
+    readonly property bool hasSheet: root.app.quickEntry.open || root.app.importer.open || root.app.exporter.open
     /** Something stands in the way of commands: they wait until it is gone. */
     readonly property bool isBusy: root.hasSheet || root.app.board.popover.kind !== CardPopover.None
     readonly property bool isTyping: Window.activeFocusItem instanceof TextInput
@@ -121,10 +121,27 @@ FocusScope {
 
     Lazy {
         anchors.fill: parent
-        active: root.hasSheet
+        active: root.app.quickEntry.open
         sourceComponent: QuickEntrySheet {
             objectName: "quickEntrySheet"
             quickEntry: root.app.quickEntry
+        }
+        onActiveChanged: if (!active) content.forceActiveFocus()
+    }
+
+    Lazy {
+        anchors.fill: parent
+        active: root.app.importer.open
+        sourceComponent: TaskImportSheet {
+            importer: root.app.importer
+        }
+        onActiveChanged: if (!active) content.forceActiveFocus()
+    }
+    Lazy {
+        anchors.fill: parent
+        active: root.app.exporter.open
+        sourceComponent: TaskExportSheet {
+            exporter: root.app.exporter
         }
         onActiveChanged: if (!active) content.forceActiveFocus()
     }

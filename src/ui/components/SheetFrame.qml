@@ -1,3 +1,5 @@
+pragma ComponentBehavior: Bound
+
 import QtQuick
 
 /**
@@ -10,6 +12,8 @@ FocusScope {
     property real contentWidth: 500
     property string title: ""
     property string subtitle: ""
+    /** Shows a button in the corner that asks to leave. */
+    property bool closable: false
     default property alias content: column.data
 
     signal dismissed
@@ -77,6 +81,19 @@ FocusScope {
                     wrapMode: Text.Wrap
                 }
             }
+        }
+    }
+    Lazy {
+        active: root.closable
+        anchors.right: sheet.right
+        anchors.top: sheet.top
+        anchors.margins: Theme.laneGap
+        sourceComponent: ToolbarButton {
+            objectName: "closeButton"
+            symbol: "xmark"
+            symbolSize: Theme.smallIconSize
+            text: qsTr("Close")
+            onClicked: root.dismissed()
         }
     }
     NumberAnimation on opacity {
