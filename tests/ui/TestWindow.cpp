@@ -39,9 +39,7 @@ void hear(QtMsgType type, const QMessageLogContext &context, const QString &line
     const bool isOwn = QLatin1String(context.category).startsWith(QLatin1String("vantrel"));
     // Written where the machine has no session of a user.
     const bool isOfTheMachine = line.contains(u"XDG_RUNTIME_DIR") || line.contains(u"propagateSizeHints");
-    // What Qt 6.4 says when it gives up a delegate that it was still making, as its row has gone already.
-    const bool isOfQt = line.startsWith(u"DelegateModel::cancel");
-    if (type != QtDebugMsg && type != QtInfoMsg && !isOwn && !isOfTheMachine && !isOfQt) {
+    if (type != QtDebugMsg && type != QtInfoMsg && !isOwn && !isOfTheMachine) {
         complaintsHeard().append(line);
     }
     if (type == QtFatalMsg) {
