@@ -174,9 +174,9 @@ Board TestFirstDay::stored()
     Board board;
     const RawDatabase database(m_window->services.databasePath());
     for (const Column &column : (*m_window)->board->columnManager().columns()) {
-        board[column.name] =
-            database.rows(u"SELECT name FROM plainTextTasks JOIN taskPositions USING (id) WHERE columnId = '" +
-                          column.id.text() + u"' ORDER BY position");
+        board[column.name] = database.rows(
+            u"SELECT name FROM plainTextTasks JOIN taskPositions USING (id) WHERE columnId = '" +
+            column.id.text() + u"' ORDER BY position");
     }
     return board;
 }
@@ -184,7 +184,8 @@ Board TestFirstDay::stored()
 QStringList TestFirstDay::storedAsComplete()
 {
     return RawDatabase(m_window->services.databasePath())
-        .rows(u"SELECT name FROM plainTextTasks JOIN taskPositions USING (id) WHERE isComplete ORDER BY position"_s);
+        .rows(
+            u"SELECT name FROM plainTextTasks JOIN taskPositions USING (id) WHERE isComplete ORDER BY position"_s);
 }
 
 void TestFirstDay::check()
@@ -212,7 +213,8 @@ void TestFirstDay::whatIsTypedAndMovedIsShownAndKept()
     m_window->press(u"Ctrl+Shift+Right"_s);
     expect(u"task 2"_s, u"Done"_s, 0);
     check();
-    QTest::mouseClick(&m_window->window(), Qt::LeftButton, {}, place(cards(u"To Do"_s)[1]).center().toPoint());
+    QTest::mouseClick(&m_window->window(), Qt::LeftButton, {},
+                      place(cards(u"To Do"_s)[1]).center().toPoint());
     m_window->press(u"Ctrl+Shift+Down"_s);
     expect(u"task 3"_s, u"To Do"_s, 2);
     check();
