@@ -60,6 +60,24 @@ void logRecurrence(const Reminder &reminder, const QString &title)
                u", pattern=" + *recurrence.pattern);
 }
 
+/** What keeps the tasks of a store with this status from being read; nothing with full access. */
+std::optional<Kind> errorOf(ReminderAuthorization status)
+{
+    switch (status) {
+    case ReminderAuthorization::FullAccess:
+        return std::nullopt;
+    case ReminderAuthorization::NotDetermined:
+    case ReminderAuthorization::Restricted:
+    case ReminderAuthorization::Denied:
+        return Kind::AccessDenied;
+    case ReminderAuthorization::WriteOnly:
+        return Kind::InsufficientAccess;
+    case ReminderAuthorization::Unknown:
+        break;
+    }
+    return Kind::UnknownAuthorizationStatus;
+}
+
 } // namespace
 
 RemindersTaskManager::RemindersTaskManager(ReminderStore &store, UserDefaults &defaults,
@@ -124,23 +142,14 @@ QCoro::Task<> RemindersTaskManager::verifyAccess()
 
 QCoro::Task<> RemindersTaskManager::ensureAccess()
 {
-    switch (m_store.authorizationStatus()) {
-    case ReminderAuthorization::FullAccess:
-        co_return;
-    case ReminderAuthorization::NotDetermined:
-        if (co_await m_store.requestFullAccess()) {
-            co_return;
-        }
-        throw RemindersError(Kind::AccessDenied);
-    case ReminderAuthorization::Restricted:
-    case ReminderAuthorization::Denied:
-        throw RemindersError(Kind::AccessDenied);
-    case ReminderAuthorization::WriteOnly:
-        throw RemindersError(Kind::InsufficientAccess);
-    case ReminderAuthorization::Unknown:
-        break;
+    ReminderAuthorization status = m_store.authorizationStatus();
+    if (status == ReminderAuthorization::NotDetermined) {
+        const bool isGranted = co_await m_store.requestFullAccess();
+        status = isGranted ? ReminderAuthorization::FullAccess : ReminderAuthorization::Denied;
     }
-    throw RemindersError(Kind::UnknownAuthorizationStatus);
+    if (const std::optional<Kind> error = errorOf(status)) {
+        throw RemindersError(*error);
+    }
 }
 
 QString RemindersTaskManager::getPermissionsGuidance() const
