@@ -2,12 +2,11 @@
 // its word.
 
 #include "BenchBoard.h"
+#include "Histories.h"
 #include "Measure.h"
 
 #include "analytics/TaskAgeAnalyzer.h"
 #include "analytics/ThroughputAnalyzer.h"
-#include "foundations/OmniFocusTask.h"
-#include "foundations/ReminderWorkItem.h"
 #include "support/FakeTaskManager.h"
 #include "viewmodels/AnalyzeViewModel.h"
 #include "viewmodels/OptimizeViewModel.h"
@@ -24,7 +23,6 @@ namespace {
 
 constexpr int Pairs = 11;
 constexpr int TaskCount = 10000;
-constexpr int LookbackDays = 20;
 constexpr double SecondsPerHour = 3600.0;
 
 LocalCalendar berlin()
@@ -200,24 +198,6 @@ void benchOptimizeScreen()
                                     [&] { screen.appear(); }));
     }
     reportHolds(QStringLiteral("task age of 10,000: longest hold of the GUI"), holds);
-}
-
-WorkItems finishedItems(Date now, int count)
-{
-    WorkItems items;
-    for (int i = 0; i < count; ++i) {
-        WorkItemFields fields;
-        fields.id = QString::number(i);
-        fields.isComplete = true;
-        fields.completionDate = now - (i * 7919 % TaskCount) * (LookbackDays * SecondsPerDay / TaskCount);
-        if (i % 2 == 0) {
-            items.push_back(std::make_shared<OmniFocusTask>(std::move(fields)));
-        } else {
-            items.push_back(
-                std::make_shared<ReminderWorkItem>(std::move(fields), ReminderWorkItem::Details()));
-        }
-    }
-    return items;
 }
 
 void benchAnalyzeScreen()

@@ -1,31 +1,38 @@
 #include "analytics/LocalCalendar.h"
 
-#include <algorithm>
 #include <cmath>
 
 namespace vantrel {
 
 namespace {
 
-constexpr qint64 SecondsPerHour = 3600;
 constexpr qint64 SecondsPerWholeDay = 86400;
-constexpr qint64 DaysPerWeek = 7;
+constexpr qint64 SecondsPerWeek = 7 * SecondsPerWholeDay;
 constexpr qint64 MillisecondsPerSecond = 1000;
 constexpr qint64 MillisecondsPerDay = SecondsPerWholeDay * MillisecondsPerSecond;
 
-/** Division that rounds towards the past, also before the reference date. */
-qint64 floorDivide(qint64 value, qint64 divisor)
+/** 1 January 1970 00:00 UTC. */
+constexpr Date Epoch(-978307200.0);
+
+/** The first second of a week that lies one to three weeks before a moment, whatever the time zone. */
+qint64 weekBeginningBefore(Date date, int firstWeekday)
 {
-    const qint64 quotient = value / divisor;
-    return value % divisor < 0 ? quotient - 1 : quotient;
+    // The reference date, 1 January 2001, was a Monday.
+    const qint64 firstBeginning = (firstWeekday - 1) * SecondsPerWholeDay;
+    const double weeks = std::floor((date.seconds() - static_cast<double>(firstBeginning)) / SecondsPerWeek);
+    return firstBeginning + (static_cast<qint64>(weeks) - 1) * SecondsPerWeek;
 }
 
 } // namespace
 
 qint64 epochMilliseconds(Date date)
 {
-    static const Date epoch = Date::fromDateTime(QDateTime::fromMSecsSinceEpoch(0, Qt::UTC));
-    return std::llround((date - epoch) * 1000.0);
+    return std::llround((date - Epoch) * 1000.0);
+}
+
+Date dateAtEpochMilliseconds(qint64 milliseconds)
+{
+    return Epoch + static_cast<double>(milliseconds) / 1000.0;
 }
 
 QDateTime LocalCalendar::dateTime(Date date) const
@@ -56,45 +63,17 @@ qint64 LocalCalendar::momentAt(qint64 wallTime) const
 }
 
 LocalUnits::LocalUnits(const LocalCalendar &calendar, Date first, Date last)
-    : m_firstWeekday(calendar.locale.firstDayOfWeek())
 {
     const QDateTime begin = QDateTime::fromMSecsSinceEpoch(epochMilliseconds(first), Qt::UTC);
     const QDateTime end = QDateTime::fromMSecsSinceEpoch(epochMilliseconds(last), Qt::UTC);
-    m_offsets.push_back({first.seconds(), calendar.timeZone.offsetFromUtc(begin)});
+    qint64 offset = calendar.timeZone.offsetFromUtc(begin);
+    m_offset = offset - weekBeginningBefore(first, calendar.locale.firstDayOfWeek());
     const auto transitions = calendar.timeZone.transitions(begin, end);
     for (const QTimeZone::OffsetData &transition : transitions) {
-        m_offsets.push_back({Date::fromDateTime(transition.atUtc).seconds(), transition.offsetFromUtc});
+        m_changes.push_back(
+            {Date::fromDateTime(transition.atUtc).seconds(), transition.offsetFromUtc - offset});
+        offset = transition.offsetFromUtc;
     }
-}
-
-qint64 LocalUnits::localSeconds(Date date) const
-{
-    const double seconds = date.seconds();
-    const auto inForce = std::find_if(m_offsets.rbegin(), std::prev(m_offsets.rend()),
-                                      [seconds](const Offset &offset) { return offset.from <= seconds; });
-    return static_cast<qint64>(std::floor(seconds)) + inForce->seconds;
-}
-
-qint64 LocalUnits::hour(Date date) const
-{
-    return floorDivide(localSeconds(date), SecondsPerHour);
-}
-
-qint64 LocalUnits::day(Date date) const
-{
-    return floorDivide(localSeconds(date), SecondsPerWholeDay);
-}
-
-qint64 LocalUnits::week(Date date) const
-{
-    // Day 0, 1 January 2001, was a Monday.
-    return floorDivide(day(date) - (m_firstWeekday - 1), DaysPerWeek);
-}
-
-int LocalUnits::weekday(Date date) const
-{
-    const qint64 sinceMonday = day(date) - floorDivide(day(date), DaysPerWeek) * DaysPerWeek;
-    return static_cast<int>(sinceMonday) + 1;
 }
 
 } // namespace vantrel

@@ -28,13 +28,15 @@ struct LocalCalendar
 
 /** Since 1970, rounded. Unlike QDateTime's way through the system's local time it costs no system call. */
 qint64 epochMilliseconds(Date date);
+Date dateAtEpochMilliseconds(qint64 milliseconds);
 
 /**
  * Numbers hours, days and weeks of local time: two moments have the same number exactly when a clock on the
  * wall would show the same date and hour, the same date, or the same week. So the hour that is lived twice
  * when summer time ends has one number.
  *
- * Knows the offsets from UTC between two moments, and so needs no QDateTime per question.
+ * Knows the offsets from UTC between two moments, and so needs no QDateTime per question. Inline and almost
+ * without branches: it is asked for each task.
  */
 class LocalUnits
 {
@@ -42,24 +44,35 @@ public:
     /** Good for moments from `first` to `last`. */
     LocalUnits(const LocalCalendar &calendar, Date first, Date last);
 
-    qint64 hour(Date date) const;
-    qint64 day(Date date) const;
-    /** Weeks begin on the locale's first weekday. */
-    qint64 week(Date date) const;
-    /** 1 Monday to 7 Sunday. */
-    int weekday(Date date) const;
+    qint64 hour(Date date) const { return wallSeconds(date) / 3600; }
+    qint64 day(Date date) const { return wallSeconds(date) / 86400; }
+    qint64 week(Date date) const { return wallSeconds(date) / (7 * 86400); }
+    /** 0 to 6, from the locale's first weekday on. */
+    int dayOfWeek(Date date) const { return static_cast<int>(day(date) % 7); }
 
 private:
-    struct Offset
+    /** A clock that is changed by so many seconds. */
+    struct Change
     {
-        double from;
+        double at;
         qint64 seconds;
     };
 
-    qint64 localSeconds(Date date) const;
+    /** Since a beginning of a week before `first`: never negative, so that a division rounds down. */
+    qint64 wallSeconds(Date date) const
+    {
+        const double seconds = date.seconds();
+        const auto whole = static_cast<qint64>(seconds);
+        qint64 wall = whole - (seconds < static_cast<double>(whole) ? 1 : 0) + m_offset;
+        for (const Change &change : m_changes) {
+            wall += seconds >= change.at ? change.seconds : 0;
+        }
+        return wall;
+    }
 
-    std::vector<Offset> m_offsets;
-    int m_firstWeekday;
+    /** From UTC at `first`, less the beginning. */
+    qint64 m_offset;
+    std::vector<Change> m_changes;
 };
 
 } // namespace vantrel

@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <numeric>
 
 namespace vantrel {
 
@@ -23,76 +24,61 @@ QString pointLabel(Date date, ThroughputPeriod period, const LocalCalendar &cale
     return calendar.locale.toString(calendar.dateTime(date), format);
 }
 
-/** How many tasks of each kind were finished in one unit of local time. */
-struct UnitCount
-{
-    int all = 0;
-    int omniFocus = 0;
-    int reminders = 0;
-};
+/** How many tasks of each source were finished in one unit of local time. */
+using UnitCount = std::array<int, 3>;
 
-/**
- * Counts per hour, day or week: one pass over the tasks, whatever the number of points. Tasks outside the
- * units of the points are passed over.
+int countOf(const UnitCount &unit, CompletedTask::Source source)
+{
+    return unit[static_cast<std::size_t>(source)];
+}
+
+/** One pass over the tasks, whatever the number of points. Tasks outside the points' units are passed over.
  */
-class UnitCounts
+template <qint64 (LocalUnits::*unitOf)(Date) const>
+std::vector<UnitCount> countPerPoint(const throughput::Tasks &tasks, const std::vector<Date> &points,
+                                     const LocalCalendar &calendar)
 {
-public:
-    UnitCounts(const throughput::Tasks &tasks, const std::vector<Date> &points, ThroughputPeriod period,
-               const LocalCalendar &calendar)
-        : m_units(calendar, points.front() - MarginSeconds, points.back() + MarginSeconds),
-          m_period(period),
-          m_first(unitOf(points.front())),
-          m_counts(static_cast<std::size_t>(unitOf(points.back()) - m_first + 1))
-    {
-        const Date begin = points.front() - MarginSeconds;
-        const Date end = points.back() + MarginSeconds;
-        for (const CompletedTask &task : tasks) {
-            if (task.completionDate && *task.completionDate >= begin && *task.completionDate <= end) {
-                count(task);
-            }
+    // A task of the first or last unit lies at most this far from its point.
+    constexpr double margin = 9 * SecondsPerDay;
+    const Date begin = points.front() - margin;
+    const Date end = points.back() + margin;
+    const LocalUnits units(calendar, begin, end);
+    const qint64 first = (units.*unitOf)(points.front());
+    const auto indexOf = [&units, first](Date date) {
+        return static_cast<std::size_t>((units.*unitOf)(date)-first);
+    };
+    std::vector<UnitCount> counts(indexOf(points.back()) + 1);
+    for (const CompletedTask &task : tasks) {
+        if (!task.completionDate || *task.completionDate < begin || *task.completionDate > end) {
+            continue;
+        }
+        // What lies before the first unit has wrapped to a very large number.
+        const std::size_t index = indexOf(*task.completionDate);
+        if (index < counts.size()) {
+            ++counts[index][static_cast<std::size_t>(task.source)];
         }
     }
-
-    const UnitCount &at(Date point) const
-    {
-        return m_counts.at(static_cast<std::size_t>(unitOf(point) - m_first));
+    std::vector<UnitCount> perPoint;
+    perPoint.reserve(points.size());
+    for (const Date point : points) {
+        perPoint.push_back(counts[indexOf(point)]);
     }
+    return perPoint;
+}
 
-private:
-    /** A task of the first or last unit lies at most this far from its point. */
-    static constexpr double MarginSeconds = 9 * SecondsPerDay;
-
-    qint64 unitOf(Date date) const
-    {
-        switch (m_period) {
-        case ThroughputPeriod::Hourly:
-            return m_units.hour(date);
-        case ThroughputPeriod::Daily:
-            return m_units.day(date);
-        case ThroughputPeriod::Weekly:
-            return m_units.week(date);
-        }
-        Q_UNREACHABLE();
+std::vector<UnitCount> countPerPoint(const throughput::Tasks &tasks, const std::vector<Date> &points,
+                                     ThroughputPeriod period, const LocalCalendar &calendar)
+{
+    switch (period) {
+    case ThroughputPeriod::Hourly:
+        return countPerPoint<&LocalUnits::hour>(tasks, points, calendar);
+    case ThroughputPeriod::Daily:
+        return countPerPoint<&LocalUnits::day>(tasks, points, calendar);
+    case ThroughputPeriod::Weekly:
+        return countPerPoint<&LocalUnits::week>(tasks, points, calendar);
     }
-
-    void count(const CompletedTask &task)
-    {
-        const qint64 index = unitOf(*task.completionDate) - m_first;
-        if (index < 0 || index >= static_cast<qint64>(m_counts.size())) {
-            return;
-        }
-        UnitCount &unit = m_counts[static_cast<std::size_t>(index)];
-        ++unit.all;
-        unit.omniFocus += task.source == CompletedTask::Source::OmniFocus ? 1 : 0;
-        unit.reminders += task.source == CompletedTask::Source::Reminders ? 1 : 0;
-    }
-
-    LocalUnits m_units;
-    ThroughputPeriod m_period;
-    qint64 m_first;
-    std::vector<UnitCount> m_counts;
-};
+    Q_UNREACHABLE();
+}
 
 /** The least-squares slope of the counts against their positions, as a word. */
 ThroughputTrend calculateTrend(const std::vector<ThroughputDataPoint> &dataPoints)
@@ -139,26 +125,27 @@ double calculateConsistencyScore(const std::vector<ThroughputDataPoint> &dataPoi
 std::optional<std::pair<QString, int>> findMostProductiveDay(const throughput::Tasks &tasks,
                                                              const LocalCalendar &calendar)
 {
-    const auto earlier = [](const CompletedTask &a, const CompletedTask &b) {
-        return *a.completionDate < *b.completionDate;
-    };
-    throughput::Tasks dated;
-    std::copy_if(tasks.begin(), tasks.end(), std::back_inserter(dated),
-                 [](const CompletedTask &task) { return task.completionDate.has_value(); });
-    if (dated.empty()) {
+    std::optional<Date> first;
+    std::optional<Date> last;
+    for (const CompletedTask &task : tasks) {
+        if (const std::optional<Date> &date = task.completionDate) {
+            first = std::min(*date, first.value_or(*date));
+            last = std::max(*date, last.value_or(*date));
+        }
+    }
+    if (!first) {
         return std::nullopt;
     }
-    const auto [first, last] = std::minmax_element(dated.begin(), dated.end(), earlier);
-    const LocalUnits units(calendar, *first->completionDate, *last->completionDate);
-    const int firstWeekday = calendar.locale.firstDayOfWeek();
+    const LocalUnits units(calendar, *first, *last);
     std::array<int, DaysPerWeek> counts{};
-    for (const CompletedTask &task : dated) {
-        const int place = (units.weekday(*task.completionDate) - firstWeekday + DaysPerWeek) % DaysPerWeek;
-        ++counts.at(static_cast<std::size_t>(place));
+    for (const CompletedTask &task : tasks) {
+        if (task.completionDate) {
+            ++counts[static_cast<std::size_t>(units.dayOfWeek(*task.completionDate))];
+        }
     }
     const auto best = std::max_element(counts.begin(), counts.end());
-    const int weekday = (firstWeekday - 1 + static_cast<int>(best - counts.begin())) % DaysPerWeek + 1;
-    return std::pair(calendar.locale.dayName(weekday, QLocale::LongFormat), *best);
+    const int sinceMonday = calendar.locale.firstDayOfWeek() - 1 + static_cast<int>(best - counts.begin());
+    return std::pair(calendar.locale.dayName(sinceMonday % DaysPerWeek + 1, QLocale::LongFormat), *best);
 }
 
 } // namespace
@@ -195,7 +182,7 @@ std::vector<Date> timePeriods(const LocalCalendar &calendar, ThroughputPeriod pe
     const qint64 firstWallTime = calendar.wallTime(end) - lookbackDays * MillisecondsPerDay;
     std::vector<Date> dates;
     const auto append = [&dates](qint64 moment) {
-        const Date date = Date::fromDateTime(QDateTime::fromMSecsSinceEpoch(moment, Qt::UTC));
+        const Date date = dateAtEpochMilliseconds(moment);
         // A date that the local calendar skipped (Samoa, 30 December 2011) is the same moment as the next.
         if (dates.empty() || dates.back() < date) {
             dates.push_back(date);
@@ -222,10 +209,11 @@ std::vector<ThroughputDataPoint> generateThroughputData(const Tasks &tasks, Thro
     if (dates.empty()) {
         return points;
     }
-    const UnitCounts counts(tasks, dates, period, calendar);
+    const std::vector<UnitCount> counts = countPerPoint(tasks, dates, period, calendar);
     points.reserve(dates.size());
-    for (const Date date : dates) {
-        points.push_back({date, counts.at(date).all, period});
+    for (std::size_t i = 0; i < dates.size(); ++i) {
+        const UnitCount &unit = counts[i];
+        points.push_back({dates[i], std::accumulate(unit.begin(), unit.end(), 0), period});
     }
     return points;
 }
@@ -240,11 +228,12 @@ std::vector<StackedThroughputDataPoint> generateStackedThroughputData(const Task
     if (dates.empty()) {
         return points;
     }
-    const UnitCounts counts(tasks, dates, period, calendar);
+    const std::vector<UnitCount> counts = countPerPoint(tasks, dates, period, calendar);
     points.reserve(dates.size());
-    for (const Date date : dates) {
-        const UnitCount &unit = counts.at(date);
-        points.push_back({date, period, unit.omniFocus, unit.reminders});
+    for (std::size_t i = 0; i < dates.size(); ++i) {
+        const UnitCount &unit = counts[i];
+        points.push_back({dates[i], period, countOf(unit, CompletedTask::Source::OmniFocus),
+                          countOf(unit, CompletedTask::Source::Reminders)});
     }
     return points;
 }
