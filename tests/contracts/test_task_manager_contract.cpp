@@ -1,7 +1,14 @@
+#include "foundations/DefaultsKeys.h"
 #include "foundations/Log.h"
+#include "sources/SourceError.h"
+#include "sources/omnifocus/AppleScriptManager.h"
+#include "sources/omnifocus/OmniFocusTaskManager.h"
 #include "sources/plaintext/PlainTextTaskManager.h"
+#include "sources/reminders/RemindersTaskManager.h"
+#include "sources/reminders/vdir/VdirReminderStore.h"
 #include "support/Await.h"
-#include "support/MockTaskManager.h"
+#include "support/Builders.h"
+#include "support/ScriptedOmniFocus.h"
 #include "support/TestRegistry.h"
 #include "support/TestStore.h"
 
@@ -19,28 +26,57 @@ namespace {
 /** A source with all that it needs, freshly made for one test. */
 struct Subject
 {
-    std::shared_ptr<TaskManagerProtocol> source;
-    std::shared_ptr<ManualClock> clock;
+    virtual ~Subject() = default;
+    virtual TaskManagerProtocol &source() = 0;
+
+    LogWriter log{LogWriter::Output::Silent};
+    TestStore store;
+    NotificationCenter notifications;
     /** An id of the source's form that it does not know. */
     QString unknownId;
 };
 
-Subject plainText()
+struct PlainText final : Subject
 {
-    struct Setting
-    {
-        TestStore store;
-        NotificationCenter notifications;
-        PlainTextTaskManager source{*store, notifications, store.clock};
-    };
-    const auto setting = std::make_shared<Setting>();
-    return {{setting, &setting->source}, {setting, &setting->store.clock}, u"plaintext-unknown"_s};
-}
+    PlainText() { unknownId = u"plaintext-unknown"_s; }
+    TaskManagerProtocol &source() override { return manager; }
 
-Subject mock()
+    PlainTextTaskManager manager{*store, notifications, store.clock};
+};
+
+struct OmniFocus final : Subject
 {
-    const auto clock = std::make_shared<ManualClock>();
-    return {std::make_shared<MockTaskManager>(*clock), clock, u"task-unknown"_s};
+    OmniFocus()
+    {
+        unknownId = u"unknown"_s;
+        app.projects.append(u"Book"_s);
+    }
+    TaskManagerProtocol &source() override { return manager; }
+
+    ScriptedOmniFocus app;
+    AppleScriptManager bridge{app, store.defaults, store.clock,
+                              QLocale(QLocale::English, QLocale::Australia)};
+    OmniFocusTaskManager manager{bridge, store.clock};
+};
+
+struct Reminders final : Subject
+{
+    Reminders()
+    {
+        unknownId = u"reminder_unknown"_s;
+        store.defaults.set(keys::RemindersFolder, folder.path());
+    }
+    TaskManagerProtocol &source() override { return manager; }
+
+    QTemporaryDir folder;
+    VdirReminderStore reminders{store.defaults, *store, store.calls, store.clock};
+    RemindersTaskManager manager{reminders, store.defaults, notifications, store.clock};
+};
+
+template <typename T>
+std::unique_ptr<Subject> make()
+{
+    return std::make_unique<T>();
 }
 
 } // namespace
@@ -51,145 +87,98 @@ class TestTaskManagerContract : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void initTestCase_data();
-    void init();
-    void cleanup();
-    void aCreatedTaskIsToldByTheNextFetch();
-    void idsAreUniqueAndOfTheSourcesForm();
-    void editsReachTheTaskThatIsFetched();
-    void editsOfUnknownTasksAreRefused();
-    void completedTasksAreCompleteAndDated();
-    void itNamesItselfAndGrantsAccess();
+    void initTestCase_data()
+    {
+        using Make = std::function<std::unique_ptr<Subject>()>;
+        QTest::addColumn<Make>("make");
+        QTest::newRow("plain text") << Make(&make<PlainText>);
+        QTest::newRow("OmniFocus") << Make(&make<OmniFocus>);
+        QTest::newRow("reminders") << Make(&make<Reminders>);
+    }
+
+    void init()
+    {
+        QFETCH_GLOBAL(std::function<std::unique_ptr<Subject>()>, make);
+        m = make();
+    }
+
+    void cleanup() { m.reset(); }
+
+    void aCreatedTaskIsToldByTheNextFetch()
+    {
+        const QString name = u"Write \"it\" — müsli 🥣"_s;
+        const QString first = create(name);
+        const QString second = create(name);
+
+        QVERIFY(first != second);
+        QVERIFY(m->source().canHandle(first) && m->source().canHandle(m->unknownId));
+        QCOMPARE(await(m->source().fetchTasks()).size(), 2u);
+        const WorkItemPtr fetched = find(second);
+        QVERIFY(fetched && !fetched->isComplete() && fetched->creationDate() <= m->store.clock.now());
+        QCOMPARE(fetched->name(), name);
+        QCOMPARE(fetched->projectName(), u"Book"_s);
+    }
+
+    void editsReachTheTaskThatIsFetched()
+    {
+        const QString id = create(u"Old"_s);
+        find(id);
+        m->store.clock.advance(60.0);
+
+        QVERIFY(await(m->source().setTaskName(id, u"New"_s)));
+        QVERIFY(await(m->source().markTaskComplete(id)));
+        const WorkItems completed = await(m->source().fetchCompletedTasks(7));
+        QCOMPARE(taskNames(completed), QStringList{u"New"_s});
+        QVERIFY(completed.front()->isComplete() && completed.front()->completionDate());
+
+        QVERIFY(await(m->source().markTaskIncomplete(id)));
+        const WorkItemPtr reopened = find(id);
+        QVERIFY(reopened && !reopened->isComplete() && !reopened->completionDate());
+        QCOMPARE(reopened->name(), u"New"_s);
+        QCOMPARE(await(m->source().fetchCompletedTasks(7)).size(), 0u);
+
+        // A source without flags says so.
+        const bool canFlag = await(m->source().flagTask(id, true));
+        QCOMPARE(find(id)->isFlagged(), canFlag);
+    }
+
+    void editsOfUnknownTasksAreRefused()
+    {
+        const QString known = create(u"Known"_s);
+        const auto isRefused = [](QCoro::Task<bool> edit) {
+            try {
+                return !await(std::move(edit));
+            } catch (const SourceError &) {
+                return true;
+            }
+        };
+        TaskManagerProtocol &source = m->source();
+        QVERIFY(isRefused(source.setTaskName(m->unknownId, u"New"_s)));
+        QVERIFY(isRefused(source.flagTask(m->unknownId, true)));
+        QVERIFY(isRefused(source.markTaskComplete(m->unknownId)));
+        QVERIFY(isRefused(source.markTaskIncomplete(m->unknownId)));
+        QCOMPARE(taskIds(await(source.fetchTasks())), QStringList{known});
+    }
 
 private:
-    WorkItemPtr fetchTask(const QString &id);
-
-    std::unique_ptr<LogWriter> m_log;
-    Subject m;
-};
-
-void TestTaskManagerContract::initTestCase_data()
-{
-    QTest::addColumn<std::function<Subject()>>("make");
-    QTest::newRow("plain text") << std::function<Subject()>(&plainText);
-    QTest::newRow("mock") << std::function<Subject()>(&mock);
-}
-
-void TestTaskManagerContract::init()
-{
-    QFETCH_GLOBAL(std::function<Subject()>, make);
-    m_log = std::make_unique<LogWriter>(LogWriter::Output::Silent);
-    m = make();
-}
-
-void TestTaskManagerContract::cleanup()
-{
-    m = {};
-    m_log.reset();
-}
-
-WorkItemPtr TestTaskManagerContract::fetchTask(const QString &id)
-{
-    const WorkItems tasks = await(m.source->fetchTasks());
-    const auto found =
-        std::find_if(tasks.begin(), tasks.end(), [&](const WorkItemPtr &task) { return task->id() == id; });
-    return found != tasks.end() ? *found : nullptr;
-}
-
-void TestTaskManagerContract::aCreatedTaskIsToldByTheNextFetch()
-{
-    NewTask task;
-    task.name = u"Write \"it\" — müsli 🥣"_s;
-    task.note = u"two\nlines"_s;
-    task.dueDate = m.clock->now() + 86400.5;
-    task.project = u"Book"_s;
-    task.tags = QStringList{u"Home"_s};
-
-    const WorkItemPtr fetched = fetchTask(await(m.source->createTask(task)));
-
-    QVERIFY(fetched);
-    QCOMPARE(fetched->name(), task.name);
-    QVERIFY(fetched->note() == task.note);
-    QVERIFY(fetched->dueDate() == task.dueDate);
-    QCOMPARE(fetched->projectName(), u"Book"_s);
-    QCOMPARE(fetched->tagName(), u"Home"_s);
-    QVERIFY(!fetched->isComplete());
-    QVERIFY(fetched->creationDate() == m.clock->now());
-}
-
-void TestTaskManagerContract::idsAreUniqueAndOfTheSourcesForm()
-{
-    NewTask task;
-    task.name = u"Twice"_s;
-    const QString first = await(m.source->createTask(task));
-    const QString second = await(m.source->createTask(task));
-
-    QVERIFY(first != second);
-    QVERIFY(m.source->canHandle(first));
-    QVERIFY(m.source->canHandle(m.unknownId));
-    QCOMPARE(await(m.source->fetchTasks()).size(), 2u);
-}
-
-void TestTaskManagerContract::editsReachTheTaskThatIsFetched()
-{
-    NewTask task;
-    task.name = u"Old"_s;
-    const QString id = await(m.source->createTask(task));
-    fetchTask(id);
-    m.clock->advance(60.0);
-
-    QVERIFY(await(m.source->setTaskName(id, u"New"_s)));
-    QVERIFY(await(m.source->flagTask(id, true)));
-    QVERIFY(await(m.source->markTaskComplete(id)));
-    WorkItemPtr fetched = fetchTask(id);
-    QCOMPARE(fetched->name(), u"New"_s);
-    QVERIFY(fetched->isFlagged() && fetched->isComplete());
-    QVERIFY(fetched->completionDate() == m.clock->now());
-
-    QVERIFY(await(m.source->markTaskIncomplete(id)));
-    QVERIFY(await(m.source->flagTask(id, false)));
-    fetched = fetchTask(id);
-    QVERIFY(!fetched->isFlagged() && !fetched->isComplete() && !fetched->completionDate());
-    QCOMPARE(fetched->name(), u"New"_s);
-}
-
-void TestTaskManagerContract::editsOfUnknownTasksAreRefused()
-{
-    fetchTask(m.unknownId);
-
-    QVERIFY(!await(m.source->setTaskName(m.unknownId, u"New"_s)));
-    QVERIFY(!await(m.source->flagTask(m.unknownId, true)));
-    QVERIFY(!await(m.source->markTaskComplete(m.unknownId)));
-    QVERIFY(!await(m.source->markTaskIncomplete(m.unknownId)));
-    QVERIFY(!fetchTask(m.unknownId));
-}
-
-void TestTaskManagerContract::completedTasksAreCompleteAndDated()
-{
-    NewTask task;
-    task.name = u"Done"_s;
-    const QString id = await(m.source->createTask(task));
-    fetchTask(id);
-    await(m.source->markTaskComplete(id));
-
-    const WorkItems completed = await(m.source->fetchCompletedTasks(7));
-
-    QVERIFY(!completed.empty());
-    for (const WorkItemPtr &one : completed) {
-        QVERIFY(one->isComplete() && one->completionDate());
+    QString create(const QString &name)
+    {
+        NewTask task;
+        task.name = name;
+        task.project = u"Book"_s;
+        return await(m->source().createTask(task));
     }
-}
 
-void TestTaskManagerContract::itNamesItselfAndGrantsAccess()
-{
-    QVERIFY(!m.source->taskManagerName().isEmpty());
-    QVERIFY(!m.source->getPermissionsGuidance().isEmpty());
-    QVERIFY(m.source->isAvailableOnPlatform());
-    QVERIFY(m.source->checkPermissions());
-    await(m.source->fetchDueSoonSettings());
-    await(m.source->fetchAvailableProjects());
-    await(m.source->fetchAvailableTags());
-}
+    WorkItemPtr find(const QString &id)
+    {
+        const WorkItems tasks = await(m->source().fetchTasks());
+        const auto found = std::find_if(tasks.begin(), tasks.end(),
+                                        [&](const WorkItemPtr &task) { return task->id() == id; });
+        return found != tasks.end() ? *found : nullptr;
+    }
+
+    std::unique_ptr<Subject> m;
+};
 
 VANTREL_REGISTER_TEST(TestTaskManagerContract)
 

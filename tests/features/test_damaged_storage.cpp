@@ -1,6 +1,7 @@
 #include "features/Story.h"
 #include "support/FaultyVfs.h"
 #include "support/RawDatabase.h"
+#include "support/TestFiles.h"
 #include "support/TestRegistry.h"
 
 #include <QDir>
@@ -17,18 +18,6 @@ using namespace vantrel;
 using namespace vantrel::test;
 
 namespace {
-
-QByteArray contentOf(const QString &path)
-{
-    QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray("(no such file)");
-}
-
-bool write(const QString &path, const QByteArray &content)
-{
-    QFile file(path);
-    return file.open(QIODevice::WriteOnly) && file.write(content) == content.size();
-}
 
 /** The files of the story's folder whose names match. */
 QStringList filesLike(const Story &story, const QString &pattern)
@@ -55,7 +44,7 @@ void editRecords(const QString &path, const std::function<void(QJsonArray &)> &c
         }
         document.setObject(object);
     }
-    QVERIFY(write(path, document.toJson()));
+    writeFile(path, document.toJson());
 }
 
 } // namespace
@@ -107,12 +96,9 @@ private Q_SLOTS:
     {
         QTest::addColumn<bool>("isBoardFile");
         QTest::addColumn<QByteArray>("content");
-        for (const bool isBoardFile : {true, false}) {
-            const char *file = isBoardFile ? "columns" : "swimlanes";
-            QTest::addRow("%s, torn", file) << isBoardFile << QByteArray("[{\"id\": \"5E2B7B");
-            QTest::addRow("%s, empty", file) << isBoardFile << QByteArray();
-            QTest::addRow("%s, of another program", file) << isBoardFile << QByteArray("{\"hello\": [1, 2]}");
-        }
+        QTest::newRow("columns, torn") << true << QByteArray("[{\"id\": \"5E2B7B");
+        QTest::newRow("columns, of another program") << true << QByteArray("{\"hello\": [1, 2]}");
+        QTest::newRow("swimlanes, empty") << false << QByteArray();
     }
 
     /** The user's columns are in that file, and the tasks of yesterday in the database beside it. */
@@ -130,7 +116,7 @@ private Q_SLOTS:
             u"SELECT id, columnId, swimLaneId, position FROM taskPositions ORDER BY id"_s;
         const QStringList places = RawDatabase(story.databasePath()).rows(placesSql);
         const QString path = isBoardFile ? story.boardFilePath() : story.swimLanesFilePath();
-        QVERIFY(write(path, content));
+        writeFile(path, content);
 
         story.start();
 
@@ -153,7 +139,7 @@ private Q_SLOTS:
     {
         Story story;
         const QByteArray letter("Dear diary, this is not a database. ");
-        QVERIFY(write(story.databasePath(), letter.repeated(200)));
+        writeFile(story.databasePath(), letter.repeated(200));
 
         story.start();
 
@@ -169,7 +155,7 @@ private Q_SLOTS:
     void theNoticeStaysUntilItIsDismissed()
     {
         Story story;
-        QVERIFY(write(story.databasePath(), QByteArray(5000, 'x')));
+        writeFile(story.databasePath(), QByteArray(5000, 'x'));
         story.start();
         const QString notice = story.toast();
         QVERIFY(!notice.isEmpty());
@@ -189,7 +175,7 @@ private Q_SLOTS:
     {
         Story story;
         const QString file = story.directory.filePath(u"a file"_s);
-        QVERIFY(write(file, "mine"));
+        writeFile(file, "mine");
         story.config.directory = file + u"/Vantrel";
 
         story.start();

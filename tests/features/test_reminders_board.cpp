@@ -1,4 +1,5 @@
 #include "features/Story.h"
+#include "support/TestFiles.h"
 #include "support/TestRegistry.h"
 
 #include <QDir>
@@ -16,7 +17,6 @@ struct Board : Story
     explicit Board(bool isFolderChosen = true, bool hasPlainText = true)
     {
         usesReminderFolder = true;
-        QDir(lists.path()).mkdir(u"home"_s);
         write(u"milk"_s);
         write(u"odd"_s, "DUE;VALUE=DATE:20261120\nRRULE:FREQ=DAILY\nRDATE:20261201\n");
         begin();
@@ -35,19 +35,11 @@ struct Board : Story
     QString filePath(const QString &name) const { return lists.filePath(u"home/" + name + u".ics"); }
     void write(const QString &name, const QByteArray &properties = {}) const
     {
-        QFile file(filePath(name));
-        const QByteArray text = "BEGIN:VCALENDAR\nVERSION:2.0\nBEGIN:VTODO\nUID:" + name.toUtf8() +
-                                "\nSUMMARY:" + name.toUtf8() + "\n" + properties +
-                                "END:VTODO\nEND:VCALENDAR\n";
-        if (!file.open(QIODevice::WriteOnly) || file.write(text) != text.size()) {
-            qFatal("a test file could not be written");
-        }
+        writeFile(filePath(name), "BEGIN:VCALENDAR\nVERSION:2.0\nBEGIN:VTODO\nUID:" + name.toUtf8() +
+                                      "\nSUMMARY:" + name.toUtf8() + "\n" + properties +
+                                      "END:VTODO\nEND:VCALENDAR\n");
     }
-    QByteArray content(const QString &name) const
-    {
-        QFile file(filePath(name));
-        return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
-    }
+    QByteArray content(const QString &name) const { return contentOf(filePath(name)); }
     TaskMoveStatus status(const QString &name)
     {
         return (*this)->board->taskOperationStatus(task(name)->id());

@@ -7,19 +7,6 @@ using namespace Qt::StringLiterals;
 using namespace vantrel;
 using namespace vantrel::test;
 
-namespace {
-
-QStringList twentyNames()
-{
-    QStringList names;
-    for (int i = 1; i <= 20; ++i) {
-        names.append(u"Task %1"_s.arg(i));
-    }
-    return names;
-}
-
-} // namespace
-
 /** What a user does in a day, and finds again the next morning. */
 class TestUsersDay : public QObject
 {
@@ -37,75 +24,50 @@ private Q_SLOTS:
         QCOMPARE(story.toast(), QString());
     }
 
-    void twentyTasksAreThereInOrderAfterARestart()
-    {
-        Story story;
-        story.start();
-        for (const QString &name : twentyNames()) {
-            story.createTask(name);
-            QCOMPARE(story.shownIn(u"To Do"_s).constLast(), name);
-        }
-
-        story.restart();
-
-        QCOMPARE(story.shownIn(u"To Do"_s), twentyNames());
-    }
-
     void anOrderMadeByHandSurvivesARefreshAndARestart()
     {
         Story story;
         story.start();
-        story.createTasks({u"a"_s, u"b"_s, u"c"_s, u"d"_s});
-        story.move(u"d"_s, u"To Do"_s, 0);
+        QStringList byHand;
+        for (int i = 1; i <= 12; ++i) {
+            byHand.append(u"Task %1"_s.arg(i));
+        }
+        story.createTasks(byHand);
+        QCOMPARE(story.shownIn(u"To Do"_s), byHand);
+        story.move(byHand.last(), u"To Do"_s, 0);
         story.settle();
         story.advance(1.0);
-        story.move(u"a"_s, u"To Do"_s, 3);
+        story.move(byHand.first(), u"To Do"_s, 11);
         story.settle();
-        const QStringList byHand = story.shownIn(u"To Do"_s);
-        QCOMPARE(byHand, (QStringList{u"d"_s, u"b"_s, u"c"_s, u"a"_s}));
+        byHand.swapItemsAt(0, 11);
+        QCOMPARE(story.shownIn(u"To Do"_s), byHand);
 
         story.advance(31.0);
         story.refresh();
         QCOMPARE(story.shownIn(u"To Do"_s), byHand);
-
         story.restart();
         QCOMPARE(story.shownIn(u"To Do"_s), byHand);
     }
 
-    void aTaskMovedToDoneIsDoneForGood()
+    void aTaskMovedToDoneIsDoneUntilItIsTakenBack()
     {
         Story story;
         story.start();
         story.createTasks({u"Pay the rent"_s, u"Call Mum"_s});
-
         story.move(u"Pay the rent"_s, u"Done"_s);
         story.settle();
         story.advance(2.0);
-
         const std::optional<Date> completed = story.task(u"Pay the rent"_s)->completionDate();
         QVERIFY(completed);
         story.restart();
         QCOMPARE(story.shownIn(u"Done"_s), QStringList{u"Pay the rent"_s});
-        QCOMPARE(story.shownIn(u"To Do"_s), QStringList{u"Call Mum"_s});
-        QVERIFY(story.task(u"Pay the rent"_s)->isComplete());
+        QVERIFY(story.task(u"Pay the rent"_s)->isComplete() && !story.task(u"Call Mum"_s)->isComplete());
         QCOMPARE(story.task(u"Pay the rent"_s)->completionDate(), completed);
-        QVERIFY(!story.task(u"Call Mum"_s)->isComplete());
-    }
-
-    void aTaskTakenBackFromDoneIsOpenAgain()
-    {
-        Story story;
-        story.start();
-        story.createTask(u"Pay the rent"_s);
-        story.move(u"Pay the rent"_s, u"Done"_s);
-        story.settle();
-        story.advance(2.0);
 
         story.move(u"Pay the rent"_s, u"Doing"_s);
         story.settle();
         story.advance(2.0);
         story.restart();
-
         QCOMPARE(story.shownIn(u"Doing"_s), QStringList{u"Pay the rent"_s});
         QVERIFY(!story.task(u"Pay the rent"_s)->isComplete());
         QVERIFY(!story.task(u"Pay the rent"_s)->completionDate());
@@ -122,6 +84,7 @@ private Q_SLOTS:
         story.move(u"a"_s, u"Doing"_s, 0);
         story.block(u"c"_s, u"waiting for the plumber"_s);
         story.rename(u"b"_s, u"B, but better"_s);
+        story->board->assignEisenhowerPriority(story.task(u"a"_s)->id(), EisenhowerPriority::DoNow);
         QVERIFY(story.stop());
         story.start();
 
@@ -129,37 +92,7 @@ private Q_SLOTS:
         QCOMPARE(story.shownIn(u"To Do"_s), QStringList{u"B, but better"_s});
         QVERIFY(story.task(u"c"_s)->isBlocked());
         QCOMPARE(story.task(u"c"_s)->blockReason(), u"waiting for the plumber"_s);
-    }
-
-    void aQuadrantAndABlockSurviveARestart()
-    {
-        Story story;
-        story.start();
-        story.createTasks({u"a"_s, u"b"_s});
-        story->board->assignEisenhowerPriority(story.task(u"a"_s)->id(), EisenhowerPriority::DoNow);
-        story.block(u"b"_s, u"no answer yet"_s);
-        story.settle();
-
-        story.restart();
-
         QCOMPARE(story.task(u"a"_s)->eisenhowerPriority(), EisenhowerPriority::DoNow);
-        QCOMPARE(story.task(u"b"_s)->blockReason(), u"no answer yet"_s);
-    }
-
-    void twoProgramsOnTwoFoldersKnowNothingOfEachOther()
-    {
-        Story home;
-        Story work;
-        home.start();
-        work.start();
-        home.createTask(u"Water the plants"_s);
-        work.createTask(u"Write the report"_s);
-
-        home.restart();
-        work.restart();
-
-        QCOMPARE(home.shownIn(u"To Do"_s), QStringList{u"Water the plants"_s});
-        QCOMPARE(work.shownIn(u"To Do"_s), QStringList{u"Write the report"_s});
     }
 };
 

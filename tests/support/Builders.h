@@ -26,6 +26,33 @@ inline std::shared_ptr<PlainTextWorkItem> aPlainTextTask(const QString &name)
     return std::make_shared<PlainTextWorkItem>(aPlainTextRecord(name, u"plaintext-" + name));
 }
 
+/** A task of no particular class. */
+inline WorkItemPtr makeTask(const QString &id, const QString &name = QStringLiteral("A task"))
+{
+    WorkItemFields fields;
+    fields.id = id;
+    fields.name = name;
+    return std::make_shared<BaseWorkItem>(std::move(fields));
+}
+
+inline QStringList taskIds(const WorkItems &tasks)
+{
+    QStringList ids;
+    for (const WorkItemPtr &task : tasks) {
+        ids.append(task->id());
+    }
+    return ids;
+}
+
+inline QStringList taskNames(const WorkItems &tasks)
+{
+    QStringList names;
+    for (const WorkItemPtr &task : tasks) {
+        names.append(task->name());
+    }
+    return names;
+}
+
 inline Column aColumn(const QString &name, ColumnType type = ColumnType::Active)
 {
     Column column;

@@ -1,10 +1,10 @@
 #pragma once
 
-#include "foundations/BaseWorkItem.h"
 #include "foundations/Clock.h"
 #include "foundations/Latch.h"
 #include "sources/SourceError.h"
 #include "sources/TaskManagerProtocol.h"
+#include "support/Builders.h"
 
 #include <QStringList>
 
@@ -151,14 +151,5 @@ private:
     TaskManagerType m_type;
     Clock &m_clock;
 };
-
-/** A task of no particular class. */
-inline WorkItemPtr makeTask(const QString &id, const QString &name = QStringLiteral("A task"))
-{
-    WorkItemFields fields;
-    fields.id = id;
-    fields.name = name;
-    return std::make_shared<BaseWorkItem>(std::move(fields));
-}
 
 } // namespace vantrel::test

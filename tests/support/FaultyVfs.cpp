@@ -59,8 +59,6 @@ struct VfsMethods
     static int open(sqlite3_vfs *vfs, sqlite3_filename path, sqlite3_file *file, int flags, int *outFlags);
     static int remove(sqlite3_vfs *vfs, const char *path, int syncFolder);
 
-    static int close(sqlite3_file *file) { return methods(file)->xClose(real(file)); }
-
     static int read(sqlite3_file *file, void *bytes, int count, sqlite3_int64 offset)
     {
         const std::optional<int> failure = handle(file).owner->failure(FaultyVfs::Calls::Reading);
@@ -106,59 +104,36 @@ struct VfsMethods
         });
     }
 
-    static int fileSize(sqlite3_file *file, sqlite3_int64 *size)
-    {
-        return methods(file)->xFileSize(real(file), size);
-    }
-    static int lock(sqlite3_file *file, int level) { return methods(file)->xLock(real(file), level); }
-    static int unlock(sqlite3_file *file, int level) { return methods(file)->xUnlock(real(file), level); }
-    static int checkReservedLock(sqlite3_file *file, int *result)
-    {
-        return methods(file)->xCheckReservedLock(real(file), result);
-    }
-    static int fileControl(sqlite3_file *file, int operation, void *argument)
-    {
-        return methods(file)->xFileControl(real(file), operation, argument);
-    }
     static int sectorSize(sqlite3_file *) { return static_cast<int>(SectorSize); }
-    static int deviceCharacteristics(sqlite3_file *file)
+
+    /** A call that the default file system answers alone. */
+    template <auto Method, typename... Arguments>
+    static auto pass(sqlite3_file *file, Arguments... arguments)
     {
-        return methods(file)->xDeviceCharacteristics(real(file));
-    }
-    static int shmMap(sqlite3_file *file, int page, int pageSize, int extend, void volatile **memory)
-    {
-        return methods(file)->xShmMap(real(file), page, pageSize, extend, memory);
-    }
-    static int shmLock(sqlite3_file *file, int offset, int count, int flags)
-    {
-        return methods(file)->xShmLock(real(file), offset, count, flags);
-    }
-    static void shmBarrier(sqlite3_file *file) { methods(file)->xShmBarrier(real(file)); }
-    static int shmUnmap(sqlite3_file *file, int deleteIt)
-    {
-        return methods(file)->xShmUnmap(real(file), deleteIt);
+        return (methods(file)->*Method)(real(file), arguments...);
     }
 };
 
 namespace {
 
+using M = sqlite3_io_methods;
 const sqlite3_io_methods FaultyFileMethods{2,
-                                           &VfsMethods::close,
+                                           &VfsMethods::pass<&M::xClose>,
                                            &VfsMethods::read,
                                            &VfsMethods::write,
                                            &VfsMethods::truncate,
                                            &VfsMethods::sync,
-                                           &VfsMethods::fileSize,
-                                           &VfsMethods::lock,
-                                           &VfsMethods::unlock,
-                                           &VfsMethods::checkReservedLock,
-                                           &VfsMethods::fileControl,
+                                           &VfsMethods::pass<&M::xFileSize, sqlite3_int64 *>,
+                                           &VfsMethods::pass<&M::xLock, int>,
+                                           &VfsMethods::pass<&M::xUnlock, int>,
+                                           &VfsMethods::pass<&M::xCheckReservedLock, int *>,
+                                           &VfsMethods::pass<&M::xFileControl, int, void *>,
                                            &VfsMethods::sectorSize,
-                                           &VfsMethods::deviceCharacteristics,
-                                           &VfsMethods::shmMap,
-                                           &VfsMethods::shmLock,
-                                           &VfsMethods::shmBarrier,
-                                           &VfsMethods::shmUnmap,
+                                           &VfsMethods::pass<&M::xDeviceCharacteristics>,
+                                           &VfsMethods::pass<&M::xShmMap, int, int, int, void volatile **>,
+                                           &VfsMethods::pass<&M::xShmLock, int, int, int>,
+                                           &VfsMethods::pass<&M::xShmBarrier>,
+                                           &VfsMethods::pass<&M::xShmUnmap, int>,
                                            nullptr,
                                            nullptr};
 
