@@ -60,257 +60,212 @@ class TestBoardModels : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void aReorderIsOneMove();
-    void aMoveTouchesTwoCellsOnly();
-    void aFilterTakesRowsOutAndPutsThemBack();
-    void aChangedTaskChangesItsCardAlone();
-    void aMinuteRedrawsACellOnce();
-    void aPreferenceRedrawsTheCards();
-    void aReplacedTaskObjectIsListenedTo();
-    void selectionAndFocusAreTold();
-    void theHeaderCountsAndWarns_data();
-    void theHeaderCountsAndWarns();
-    void theCellWarnsWhereItsLimitIsExceeded();
-    void theWorkloadHasItsColour_data();
-    void theWorkloadHasItsColour();
-    void columnsAndSwimLanesComeAndGo();
-    void isolationIsNamedAndEnds();
-    void aFailedMoveIsMarkedAndRepeated();
-    void taskFocusDimsTheOthers();
+    void aMoveTellsTheTwoCellsAloneAndAsFewRowsAsItTakes()
+    {
+        BoardScreen screen({{u"0"_s, u"a b c d"_s}, {u"1"_s, u"x"_s}, {u"20"_s, u"z"_s}});
+        Told from(screen.model(u"0"_s));
+        Told to(screen.model(u"1"_s));
+        Told other(screen.model(u"20"_s));
+        screen->moveTask(screen.task(u"a"_s), screen.todo(), screen.first(), 2);
+        screen.settle();
+        QCOMPARE(screen.shown(u"0"_s), u"b c a d"_s);
+        QCOMPARE(from.counts().left(8), u"+0 >1 -0"_s);
+
+        screen->moveTask(screen.task(u"c"_s), screen.doing(), screen.first(), 0);
+        screen.settle();
+        QCOMPARE(screen.shown(u"1"_s), u"c x"_s);
+        QCOMPARE(from.counts().left(8), u"+0 >1 -1"_s);
+        QCOMPARE(to.counts().left(8), u"+1 >0 -0"_s);
+        QCOMPARE(other.counts(), u"+0 >0 -0 ~0"_s);
+        QCOMPARE(from.reset.count() + to.reset.count(), 0);
+    }
+
+    void aFilterTakesRowsOutAndPutsThemBack()
+    {
+        BoardScreen screen({{u"0"_s, u"a b c d e"_s}});
+        screen.task(u"b"_s)->setFlagged(true);
+        Told told(screen.model(u"0"_s));
+        screen->filterManager().toggleFlaggedFilter();
+        QCOMPARE(screen.shown(u"0"_s), u"b"_s);
+        screen->filterManager().toggleFlaggedFilter();
+        QCOMPARE(screen.shown(u"0"_s), u"a b c d e"_s);
+        QCOMPARE(told.counts(), u"+2 >0 -2 ~0"_s);
+    }
+
+    void aChangedTaskChangesItsCardAloneAndAMinuteTheCell()
+    {
+        BoardScreen screen({{u"0"_s, u"a b c"_s}});
+        Told told(screen.model(u"0"_s));
+        const auto changedRows = [&told](int change) {
+            const QList<QVariant> &arguments = told.changed.at(change);
+            return std::pair(arguments.at(0).toModelIndex().row(), arguments.at(1).toModelIndex().row());
+        };
+        screen.task(u"b"_s)->setName(u"Other"_s);
+        QCOMPARE(told.counts(), u"+0 >0 -0 ~1"_s);
+        QCOMPARE(changedRows(0), std::pair(1, 1));
+        screen.store.clock.advance(60.0);
+        QCOMPARE(told.counts(), u"+0 >0 -0 ~2"_s);
+        QCOMPARE(changedRows(1), std::pair(0, 2));
+    }
+
+    void aPreferenceRedrawsTheCards()
+    {
+        BoardScreen screen({{u"0"_s, u"a"_s}});
+        screen.task(u"a"_s)->setProject(Project{u"p"_s, u"Family"_s});
+        Told told(screen.model(u"0"_s));
+        screen.store.defaults.set(keys::ShowProjectInfo, false);
+        QCOMPARE(told.changed.count(), 1);
+        QCOMPARE(screen.model(u"0"_s).index(0).data(CellModel::CardRole).value<CardContent>().project,
+                 QString());
+        screen.store.defaults.set(keys::SoundsEnabled, false);
+        QCOMPARE(told.changed.count(), 1);
+    }
+
+    void aReplacedTaskObjectIsListenedTo()
+    {
+        BoardScreen screen({{u"0"_s, u"a b"_s}});
+        WorkItemFields fields = screen.task(u"b"_s)->fields();
+        fields.name = u"Fetched anew"_s;
+        const auto fresh = std::make_shared<OmniFocusTask>(fields);
+        Told told(screen.model(u"0"_s));
+        screen.organize({screen.task(u"a"_s), fresh});
+        const int changes = told.changed.count();
+        QVERIFY(changes >= 1);
+        QCOMPARE(told.inserted.count() + told.removed.count(), 0);
+        screen.task(u"b"_s)->setFlagged(true);
+        QCOMPARE(told.changed.count(), changes + 1);
+    }
+
+    void selectionAndFocusAreTold()
+    {
+        BoardScreen screen({{u"0"_s, u"a b"_s}, {u"1"_s, u"x"_s}});
+        Told told(screen.model(u"0"_s));
+        screen.select({u"a"_s});
+        QVERIFY(screen.model(u"0"_s).index(0).data(CellModel::IsSelectedRole).toBool());
+        QCOMPARE(told.changed.count(), 1);
+        screen.view.tapCard(u"x"_s, false);
+        QVERIFY(!screen.model(u"0"_s).index(0).data(CellModel::IsSelectedRole).toBool());
+        QVERIFY(screen.model(u"1"_s).index(0).data(CellModel::IsFocusedRole).toBool());
+        QCOMPARE(screen.view.selectedCount(), 1);
+    }
+
+    void headersAndCellsCountAndWarn()
+    {
+        struct Row
+        {
+            WIPLimitType type;
+            int limit;
+            QString count;
+            bool isOver;
+            QString first, second;
+        };
+        const QString warning = u"WIP Limit Exceeded!"_s;
+        // Two tasks in the first swimlane, one in the second.
+        for (const Row &row : {Row{WIPLimitType::Column, 0, u"3"_s, false, {}, {}},
+                               Row{WIPLimitType::Column, 3, u"3 / 3"_s, false, {}, {}},
+                               Row{WIPLimitType::Column, 2, u"3 / 2"_s, true, warning + u"(Column-wide)",
+                                   warning + u"(Column-wide)"},
+                               Row{WIPLimitType::Swimlane, 2, u"2 / 2"_s, false, {}, {}},
+                               Row{WIPLimitType::Swimlane, 1, u"2 / 1"_s, true, warning, {}}}) {
+            BoardScreen screen({{u"1"_s, u"a b"_s}, {u"21"_s, u"c"_s}});
+            Column doing = *screen->columnManager().column(screen.doing());
+            doing.wipLimit = row.limit > 0 ? std::optional(row.limit) : std::nullopt;
+            doing.wipLimitType = row.type;
+            screen->updateColumn(doing);
+            screen.settle();
+            const ColumnContent header = column(screen, 1);
+            QCOMPARE(header.countText, row.count);
+            QCOMPARE(header.isOverLimit, row.isOver);
+            QVERIFY(header.accessibleName.startsWith(u"column header for Doing [type Active] - 3 tasks"));
+            const auto warned = [&screen](const QString &cell) {
+                return QString(screen.model(cell).warning() + screen.model(cell).warningScope());
+            };
+            QCOMPARE(warned(u"1"_s), row.first);
+            QCOMPARE(warned(u"21"_s), row.second);
+        }
+    }
+
+    void theWorkloadHasItsColour()
+    {
+        for (const auto &[percent, color] : {std::pair(75, u"#EF4444"_s),
+                                             {74, u"#F59E0B"_s},
+                                             {50, u"#F59E0B"_s},
+                                             {49, u"#22C55E"_s},
+                                             {25, u"#22C55E"_s},
+                                             {24, u""_s}}) {
+            const SwimLaneContent content = swimLaneContent(
+                SwimLane::defaultSwimLane(), {3, QString::number(percent) + u'%', 300.0, false});
+            QCOMPARE(content.workload, u"3 · %1%"_s.arg(percent));
+            QCOMPARE(content.workloadColor, color);
+        }
+    }
+
+    void columnsAndSwimLanesComeAndGo()
+    {
+        BoardScreen screen({{u"0"_s, u"a"_s}, {u"20"_s, u"b"_s}});
+        Told columns(*screen.view.columns());
+        Told lanes(*screen.view.swimLanes());
+        Column review;
+        review.id = ColumnId::create();
+        review.name = u"Review"_s;
+        review.type = ColumnType::Active;
+        screen->addColumn(review);
+        screen.settle();
+        QCOMPARE(column(screen, 2).name, u"Review"_s);
+        QCOMPARE(columns.inserted.count(), 1);
+        QVERIFY(screen.view.cell(screen.first().text(), review.id.text()));
+
+        const SwimLaneId second = screen.second();
+        QCOMPARE(lane(screen, 1).workload, u"1 · 50%"_s);
+        screen->removeSwimLane(second);
+        screen.settle();
+        QCOMPARE(lanes.removed.count(), 1);
+        QCOMPARE(lane(screen, 0).workload, u"2 · 100%"_s);
+        QCOMPARE(screen.shown(u"0"_s), u"a b"_s);
+        QVERIFY(!screen.view.cell(second.text(), review.id.text()));
+        QCOMPARE(columns.reset.count() + lanes.reset.count(), 0);
+    }
+
+    void isolationIsNamedAndEnds()
+    {
+        BoardScreen screen({{u"0"_s, u"a"_s}});
+        screen.view.toggleIsolation(screen.second().text());
+        QCOMPARE(screen.view.isolationTitle(), u"Focus Mode: Second"_s);
+        QVERIFY(lane(screen, 1).isIsolated);
+        QVERIFY(!lane(screen, 0).isExpanded);
+        screen.view.clearIsolation();
+        QCOMPARE(screen.view.isolationTitle(), QString());
+        QVERIFY(lane(screen, 0).isExpanded);
+    }
+
+    void aFailedMoveIsMarkedAndRepeated()
+    {
+        BoardScreen screen({{u"1"_s, u"a"_s}});
+        screen.managers().setTaskSourceConfiguration({.isOmniFocusEnabled = true});
+        screen.omniFocus.edits.fail(u"no access"_s);
+        screen->moveTask(screen.task(u"a"_s), screen.done());
+        screen.advance(2.0);
+        const QModelIndex card = screen.model(u"2"_s).index(0);
+        QVERIFY(card.data(CellModel::OperationErrorRole).toString().contains(u"no access"));
+
+        screen.omniFocus.edits.give(true);
+        screen.view.retry(u"a"_s);
+        screen.advance(2.0);
+        QCOMPARE(card.data(CellModel::OperationErrorRole).toString(), QString());
+    }
+
+    void taskFocusDimsTheOthers()
+    {
+        BoardScreen screen({{u"0"_s, u"a b"_s}});
+        const auto isDimmed = [&screen](int row) {
+            return screen.model(u"0"_s).index(row).data(CellModel::IsDimmedRole).toBool();
+        };
+        screen->focusTask(u"a"_s);
+        QVERIFY(!isDimmed(0) && isDimmed(1));
+        screen->clearTaskFocus();
+        QVERIFY(!isDimmed(0) && !isDimmed(1));
+    }
 };
-
-void TestBoardModels::aReorderIsOneMove()
-{
-    BoardScreen screen({{u"0"_s, u"a b c d"_s}});
-    Told told(screen.model(u"0"_s));
-    screen->moveTask(screen.task(u"a"_s), screen.todo(), screen.first(), 2);
-    screen.settle();
-    QCOMPARE(screen.shown(u"0"_s), u"b c a d"_s);
-    QCOMPARE(told.moved.count(), 1);
-    QCOMPARE(told.inserted.count() + told.removed.count() + told.reset.count(), 0);
-}
-
-void TestBoardModels::aMoveTouchesTwoCellsOnly()
-{
-    BoardScreen screen({{u"0"_s, u"a b c"_s}, {u"1"_s, u"x"_s}, {u"20"_s, u"z"_s}});
-    Told from(screen.model(u"0"_s));
-    Told to(screen.model(u"1"_s));
-    Told other(screen.model(u"20"_s));
-    screen->moveTask(screen.task(u"b"_s), screen.doing(), screen.first(), 0);
-    screen.settle();
-    QCOMPARE(screen.shown(u"1"_s), u"b x"_s);
-    QCOMPARE(from.removed.count(), 1);
-    QCOMPARE(from.moved.count() + from.inserted.count() + from.reset.count(), 0);
-    QCOMPARE(to.inserted.count(), 1);
-    QCOMPARE(to.moved.count() + to.removed.count() + to.reset.count(), 0);
-    QCOMPARE(other.counts(), u"+0 >0 -0 ~0"_s);
-}
-
-void TestBoardModels::aFilterTakesRowsOutAndPutsThemBack()
-{
-    BoardScreen screen({{u"0"_s, u"a b c d e"_s}});
-    screen.task(u"b"_s)->setFlagged(true);
-    Told told(screen.model(u"0"_s));
-    screen->filterManager().toggleFlaggedFilter();
-    QCOMPARE(screen.shown(u"0"_s), u"b"_s);
-    screen->filterManager().toggleFlaggedFilter();
-    QCOMPARE(screen.shown(u"0"_s), u"a b c d e"_s);
-    QCOMPARE(told.counts(), u"+2 >0 -2 ~0"_s);
-}
-
-void TestBoardModels::aChangedTaskChangesItsCardAlone()
-{
-    BoardScreen screen({{u"0"_s, u"a b c"_s}});
-    Told told(screen.model(u"0"_s));
-    screen.task(u"b"_s)->setName(u"Other"_s);
-    QCOMPARE(told.counts(), u"+0 >0 -0 ~1"_s);
-    QCOMPARE(told.changed.first().at(0).toModelIndex().row(), 1);
-    QCOMPARE(told.changed.first().at(1).toModelIndex().row(), 1);
-}
-
-void TestBoardModels::aMinuteRedrawsACellOnce()
-{
-    BoardScreen screen({{u"0"_s, u"a b c"_s}});
-    Told told(screen.model(u"0"_s));
-    screen.store.clock.advance(60.0);
-    QCOMPARE(told.counts(), u"+0 >0 -0 ~1"_s);
-    QCOMPARE(told.changed.first().at(1).toModelIndex().row(), 2);
-}
-
-void TestBoardModels::aPreferenceRedrawsTheCards()
-{
-    BoardScreen screen({{u"0"_s, u"a"_s}});
-    screen.task(u"a"_s)->setProject(Project{u"p"_s, u"Family"_s});
-    Told told(screen.model(u"0"_s));
-    screen.store.defaults.set(keys::ShowProjectInfo, false);
-    QCOMPARE(told.changed.count(), 1);
-    QCOMPARE(screen.model(u"0"_s).index(0).data(CellModel::CardRole).value<CardContent>().project, QString());
-    screen.store.defaults.set(keys::SoundsEnabled, false);
-    QCOMPARE(told.changed.count(), 1);
-}
-
-void TestBoardModels::aReplacedTaskObjectIsListenedTo()
-{
-    BoardScreen screen({{u"0"_s, u"a b"_s}});
-    WorkItemFields fields = screen.task(u"b"_s)->fields();
-    fields.name = u"Fetched anew"_s;
-    const auto fresh = std::make_shared<OmniFocusTask>(fields);
-    Told told(screen.model(u"0"_s));
-    screen.organize({screen.task(u"a"_s), fresh});
-    const int changes = told.changed.count();
-    QVERIFY(changes >= 1);
-    QCOMPARE(told.inserted.count() + told.removed.count(), 0);
-    screen.task(u"b"_s)->setFlagged(true);
-    QCOMPARE(told.changed.count(), changes + 1);
-}
-
-void TestBoardModels::selectionAndFocusAreTold()
-{
-    BoardScreen screen({{u"0"_s, u"a b"_s}, {u"1"_s, u"x"_s}});
-    Told told(screen.model(u"0"_s));
-    screen.select({u"a"_s});
-    QVERIFY(screen.model(u"0"_s).index(0).data(CellModel::IsSelectedRole).toBool());
-    QCOMPARE(told.changed.count(), 1);
-    screen.view.tapCard(u"x"_s, false);
-    QVERIFY(!screen.model(u"0"_s).index(0).data(CellModel::IsSelectedRole).toBool());
-    QVERIFY(screen.model(u"1"_s).index(0).data(CellModel::IsFocusedRole).toBool());
-    QCOMPARE(screen.view.selectedCount(), 1);
-}
-
-void TestBoardModels::theHeaderCountsAndWarns_data()
-{
-    QTest::addColumn<WIPLimitType>("type");
-    QTest::addColumn<int>("limit");
-    QTest::addColumn<QString>("count");
-    QTest::addColumn<bool>("isOver");
-
-    // Two tasks in the first swimlane, one in the second.
-    QTest::newRow("no limit") << WIPLimitType::Column << 0 << "3" << false;
-    QTest::newRow("column, full") << WIPLimitType::Column << 3 << "3 / 3" << false;
-    QTest::newRow("column, exceeded") << WIPLimitType::Column << 2 << "3 / 2" << true;
-    QTest::newRow("swimlane, full") << WIPLimitType::Swimlane << 2 << "2 / 2" << false;
-    QTest::newRow("swimlane, exceeded") << WIPLimitType::Swimlane << 1 << "2 / 1" << true;
-}
-
-void TestBoardModels::theHeaderCountsAndWarns()
-{
-    QFETCH(WIPLimitType, type);
-    QFETCH(int, limit);
-    BoardScreen screen({{u"1"_s, u"a b"_s}, {u"21"_s, u"c"_s}});
-    Column doing = *screen->columnManager().column(screen.doing());
-    doing.wipLimit = limit > 0 ? std::optional(limit) : std::nullopt;
-    doing.wipLimitType = type;
-    screen->updateColumn(doing);
-    screen.settle();
-    QTEST(column(screen, 1).countText, "count");
-    QTEST(column(screen, 1).isOverLimit, "isOver");
-    QVERIFY(column(screen, 1).accessibleName.startsWith(u"column header for Doing [type Active] - 3 tasks"));
-}
-
-void TestBoardModels::theCellWarnsWhereItsLimitIsExceeded()
-{
-    BoardScreen screen({{u"1"_s, u"a b"_s}, {u"21"_s, u"c"_s}});
-    Column doing = *screen->columnManager().column(screen.doing());
-    doing.wipLimit = 1;
-    screen->updateColumn(doing);
-    screen.settle();
-    QCOMPARE(screen.model(u"1"_s).warning(), u"WIP Limit Exceeded!"_s);
-    QCOMPARE(screen.model(u"1"_s).warningScope(), QString());
-    QCOMPARE(screen.model(u"21"_s).warning(), QString());
-
-    doing.wipLimitType = WIPLimitType::Column;
-    screen->updateColumn(doing);
-    screen.settle();
-    QCOMPARE(screen.model(u"21"_s).warning(), u"WIP Limit Exceeded!"_s);
-    QCOMPARE(screen.model(u"21"_s).warningScope(), u"(Column-wide)"_s);
-}
-
-void TestBoardModels::theWorkloadHasItsColour_data()
-{
-    QTest::addColumn<int>("percent");
-    QTest::addColumn<QString>("color");
-    QTest::newRow("high") << 75 << "#EF4444";
-    QTest::newRow("moderate to high") << 74 << "#F59E0B";
-    QTest::newRow("its lower end") << 50 << "#F59E0B";
-    QTest::newRow("balanced") << 49 << "#22C55E";
-    QTest::newRow("its lower end, too") << 25 << "#22C55E";
-    QTest::newRow("low") << 24 << "";
-}
-
-void TestBoardModels::theWorkloadHasItsColour()
-{
-    QFETCH(int, percent);
-    const SwimLaneContent content =
-        swimLaneContent(SwimLane::defaultSwimLane(), {3, QString::number(percent) + u'%', 300.0, false});
-    QCOMPARE(content.workload, u"3 · %1%"_s.arg(percent));
-    QTEST(content.workloadColor, "color");
-}
-
-void TestBoardModels::columnsAndSwimLanesComeAndGo()
-{
-    BoardScreen screen({{u"0"_s, u"a"_s}, {u"20"_s, u"b"_s}});
-    Told columns(*screen.view.columns());
-    Told lanes(*screen.view.swimLanes());
-    Column review;
-    review.id = ColumnId::create();
-    review.name = u"Review"_s;
-    review.type = ColumnType::Active;
-    screen->addColumn(review);
-    screen.settle();
-    QCOMPARE(column(screen, 2).name, u"Review"_s);
-    QCOMPARE(columns.inserted.count(), 1);
-    QVERIFY(screen.view.cell(screen.first().text(), review.id.text()));
-
-    const SwimLaneId second = screen.second();
-    QCOMPARE(lane(screen, 1).workload, u"1 · 50%"_s);
-    screen->removeSwimLane(second);
-    screen.settle();
-    QCOMPARE(lanes.removed.count(), 1);
-    QCOMPARE(lane(screen, 0).workload, u"2 · 100%"_s);
-    QCOMPARE(screen.shown(u"0"_s), u"a b"_s);
-    QVERIFY(!screen.view.cell(second.text(), review.id.text()));
-    QCOMPARE(columns.reset.count() + lanes.reset.count(), 0);
-}
-
-void TestBoardModels::isolationIsNamedAndEnds()
-{
-    BoardScreen screen({{u"0"_s, u"a"_s}});
-    screen.view.toggleIsolation(screen.second().text());
-    QCOMPARE(screen.view.isolationTitle(), u"Focus Mode: Second"_s);
-    QVERIFY(lane(screen, 1).isIsolated);
-    QVERIFY(!lane(screen, 0).isExpanded);
-    screen.view.clearIsolation();
-    QCOMPARE(screen.view.isolationTitle(), QString());
-    QVERIFY(lane(screen, 0).isExpanded);
-}
-
-void TestBoardModels::aFailedMoveIsMarkedAndRepeated()
-{
-    BoardScreen screen({{u"1"_s, u"a"_s}});
-    screen.managers().setTaskSourceConfiguration({.isOmniFocusEnabled = true});
-    screen.omniFocus.edits.fail(u"no access"_s);
-    screen->moveTask(screen.task(u"a"_s), screen.done());
-    screen.advance(2.0);
-    const QModelIndex card = screen.model(u"2"_s).index(0);
-    QVERIFY(card.data(CellModel::OperationErrorRole).toString().contains(u"no access"));
-
-    screen.omniFocus.edits.give(true);
-    screen.view.retry(u"a"_s);
-    screen.advance(2.0);
-    QCOMPARE(card.data(CellModel::OperationErrorRole).toString(), QString());
-}
-
-void TestBoardModels::taskFocusDimsTheOthers()
-{
-    BoardScreen screen({{u"0"_s, u"a b"_s}});
-    const auto isDimmed = [&screen](int row) {
-        return screen.model(u"0"_s).index(row).data(CellModel::IsDimmedRole).toBool();
-    };
-    screen->focusTask(u"a"_s);
-    QVERIFY(!isDimmed(0) && isDimmed(1));
-    screen->clearTaskFocus();
-    QVERIFY(!isDimmed(0) && !isDimmed(1));
-}
 
 VANTREL_REGISTER_TEST(TestBoardModels)
 

@@ -29,191 +29,167 @@ class TestBoardNavigation : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void theWalkGoesOverAllCards_data();
-    void theWalkGoesOverAllCards();
-    void theWalkBeginsAtEitherEnd_data();
-    void theWalkBeginsAtEitherEnd();
-    void closedSwimLanesAreSkipped();
-    void aFilteredFocusDoesNotStopTheWalk();
-    void aSelectionWithoutFocusIsTakenUp();
-    void tabWalksThePartsOfTheSelectedCard();
-    void escapeGivesUpThePartAndThenTheSelection();
-    void spaceMovesTheFocusedCardOn();
-    void aTapSelectsAndTells();
-    void aPartThatGoesLosesTheFocus();
-    void returnOpensTheTaskInItsSource();
-};
-
-void TestBoardNavigation::theWalkGoesOverAllCards_data()
-{
-    QTest::addColumn<int>("key");
-    QTest::addColumn<QString>("walk");
-    QTest::newRow("down") << int(Qt::Key_Down) << "a b c d e f f";
-    QTest::newRow("right") << int(Qt::Key_Right) << "a b c d e f f";
-    QTest::newRow("up") << int(Qt::Key_Up) << "f e d c b a a";
-    QTest::newRow("left") << int(Qt::Key_Left) << "f e d c b a a";
-}
-
-void TestBoardNavigation::theWalkGoesOverAllCards()
-{
-    QFETCH(int, key);
-    QFETCH(QString, walk);
-    BoardScreen screen(TwoLanes);
-    const bool isForward = key == Qt::Key_Down || key == Qt::Key_Right;
-    // Backwards from nothing the walk begins in the last column; what is meant here is the whole way.
-    if (!isForward) screen.view.tapCard(u"f"_s, false);
-    QStringList seen;
-    if (!isForward) seen.append(screen.view.focusedTaskId());
-    while (seen.size() < 7) {
-        press(screen, key);
-        QCOMPARE(screen.selected(), screen.view.focusedTaskId());
-        seen.append(screen.selected());
+    void theWalkGoesOverAllCards()
+    {
+        for (const int key : {Qt::Key_Down, Qt::Key_Right, Qt::Key_Up, Qt::Key_Left}) {
+            BoardScreen screen(TwoLanes);
+            const bool isForward = key == Qt::Key_Down || key == Qt::Key_Right;
+            QStringList seen;
+            // Backwards from nothing the walk begins in the last column; what is meant here is the whole way.
+            if (!isForward) {
+                screen.view.tapCard(u"f"_s, false);
+                seen.append(screen.view.focusedTaskId());
+            }
+            while (seen.size() < 7) {
+                press(screen, key);
+                QCOMPARE(screen.selected(), screen.view.focusedTaskId());
+                seen.append(screen.selected());
+            }
+            QCOMPARE(seen.join(u' '), isForward ? u"a b c d e f f"_s : u"f e d c b a a"_s);
+        }
     }
-    QCOMPARE(seen.join(u' '), walk);
-}
 
-void TestBoardNavigation::theWalkBeginsAtEitherEnd_data()
-{
-    QTest::addColumn<int>("key");
-    QTest::addColumn<QStringList>("closed");
-    QTest::addColumn<QString>("focused");
-    QTest::newRow("Tab") << int(Qt::Key_Tab) << QStringList() << "a";
-    QTest::newRow("Shift+Tab") << int(Qt::Key_Backtab) << QStringList() << "c";
-    QTest::newRow("Tab, first lane closed") << int(Qt::Key_Tab) << QStringList{u"Default"_s} << "d";
-    QTest::newRow("Shift+Tab, first lane closed") << int(Qt::Key_Backtab) << QStringList{u"Default"_s} << "f";
-    QTest::newRow("all closed") << int(Qt::Key_Tab) << QStringList{u"Default"_s, u"Second"_s} << "";
-}
-
-void TestBoardNavigation::theWalkBeginsAtEitherEnd()
-{
-    QFETCH(int, key);
-    QFETCH(QStringList, closed);
-    BoardScreen screen(TwoLanes);
-    for (const SwimLane &lane : std::vector(screen->swimLaneManager().swimLanes())) {
-        if (closed.contains(lane.name)) screen.view.toggleSwimLane(lane.id.text());
+    void theWalkBeginsAtEitherEndOfWhatIsOpen()
+    {
+        struct Row
+        {
+            int key;
+            QStringList closed;
+            QString focused;
+        };
+        const QString first = u"Default"_s;
+        for (const Row &row : {Row{Qt::Key_Tab, {}, u"a"_s}, Row{Qt::Key_Backtab, {}, u"c"_s},
+                               Row{Qt::Key_Tab, {first}, u"d"_s}, Row{Qt::Key_Backtab, {first}, u"f"_s},
+                               Row{Qt::Key_Tab, {first, u"Second"_s}, u""_s}}) {
+            BoardScreen screen(TwoLanes);
+            for (const SwimLane &lane : std::vector(screen->swimLaneManager().swimLanes())) {
+                if (row.closed.contains(lane.name)) screen.view.toggleSwimLane(lane.id.text());
+            }
+            press(screen, row.key);
+            QCOMPARE(screen.view.focusedTaskId(), row.focused);
+        }
     }
-    press(screen, key);
-    QTEST(screen.view.focusedTaskId(), "focused");
-}
 
-void TestBoardNavigation::closedSwimLanesAreSkipped()
-{
-    BoardScreen screen(TwoLanes);
-    screen.view.toggleSwimLane(screen.second().text());
-    screen.view.tapCard(u"c"_s, false);
-    press(screen, Qt::Key_Down);
-    QCOMPARE(screen.view.focusedTaskId(), u"c"_s);
-    QVERIFY(LogWriter::recentMessages().contains(u"No tasks found in any subsequent swimlanes"_s));
-}
+    void closedSwimLanesAreSkipped()
+    {
+        BoardScreen screen(TwoLanes);
+        screen.view.toggleSwimLane(screen.second().text());
+        screen.view.tapCard(u"c"_s, false);
+        press(screen, Qt::Key_Down);
+        QCOMPARE(screen.view.focusedTaskId(), u"c"_s);
+    }
 
-void TestBoardNavigation::aFilteredFocusDoesNotStopTheWalk()
-{
-    BoardScreen screen(TwoLanes);
-    screen.task(u"b"_s)->setFlagged(true);
-    screen.view.tapCard(u"d"_s, false);
-    screen->filterManager().toggleFlaggedFilter();
-    QCOMPARE(screen.shown(u"0"_s), u"b"_s);
-    press(screen, Qt::Key_Down);
-    QCOMPARE(screen.view.focusedTaskId(), u"b"_s);
-}
+    void aFilteredFocusDoesNotStopTheWalk()
+    {
+        BoardScreen screen(TwoLanes);
+        screen.task(u"b"_s)->setFlagged(true);
+        screen.view.tapCard(u"d"_s, false);
+        screen->filterManager().toggleFlaggedFilter();
+        QCOMPARE(screen.shown(u"0"_s), u"b"_s);
+        press(screen, Qt::Key_Down);
+        QCOMPARE(screen.view.focusedTaskId(), u"b"_s);
+    }
 
-void TestBoardNavigation::aSelectionWithoutFocusIsTakenUp()
-{
-    BoardScreen screen(TwoLanes);
-    screen.select({u"d"_s});
-    press(screen, Qt::Key_Down);
-    QCOMPARE(screen.view.focusedTaskId(), u"e"_s);
-}
+    void aSelectionWithoutFocusIsTakenUp()
+    {
+        BoardScreen screen(TwoLanes);
+        screen.select({u"d"_s});
+        press(screen, Qt::Key_Down);
+        QCOMPARE(screen.view.focusedTaskId(), u"e"_s);
+    }
 
-void TestBoardNavigation::tabWalksThePartsOfTheSelectedCard()
-{
-    BoardScreen screen(TwoLanes);
-    screen.view.tapCard(u"a"_s, false);
-    QStringList parts;
-    while (screen.view.focusedTaskId() == u"a") {
+    void tabWalksThePartsOfTheSelectedCard()
+    {
+        BoardScreen screen(TwoLanes);
+        screen.view.tapCard(u"a"_s, false);
+        QStringList parts;
+        while (screen.view.focusedTaskId() == u"a") {
+            press(screen, Qt::Key_Tab);
+            parts.append(screen.said().last());
+        }
+        QCOMPARE(parts.mid(0, 3),
+                 (QStringList{u"Name focused"_s, u"Icon focused"_s, u"Lead time focused"_s}));
+        QCOMPARE(screen.view.focusedTaskId(), u"b"_s);
+
+        press(screen, Qt::Key_Backtab);
+        CellModel &cell = screen.model(u"0"_s);
+        QCOMPARE(cell.index(1).data(CellModel::FocusedComponentRole).toInt(), int(KanbanCardFocus::Age));
+        QCOMPARE(cell.index(0).data(CellModel::FocusedComponentRole).toInt(), int(KanbanCardFocus::None));
+    }
+
+    void escapeGivesUpThePartAndThenTheSelection()
+    {
+        BoardScreen screen(TwoLanes);
+        screen.view.tapCard(u"a"_s, false);
         press(screen, Qt::Key_Tab);
-        parts.append(screen.said().last());
+        press(screen, Qt::Key_Escape);
+        QCOMPARE(screen.view.navigation().focusedComponent(), KanbanCardFocus::None);
+        QCOMPARE(screen.selected(), u"a"_s);
+        press(screen, Qt::Key_Escape);
+        QCOMPARE(screen.selected(), QString());
+        QVERIFY(!screen.view.handleKey(Qt::Key_Escape, Qt::NoModifier));
     }
-    QCOMPARE(parts.mid(0, 3), (QStringList{u"Name focused"_s, u"Icon focused"_s, u"Lead time focused"_s}));
-    QCOMPARE(screen.view.focusedTaskId(), u"b"_s);
 
-    press(screen, Qt::Key_Backtab);
-    CellModel &cell = screen.model(u"0"_s);
-    QCOMPARE(cell.index(1).data(CellModel::FocusedComponentRole).toInt(), int(KanbanCardFocus::Age));
-    QCOMPARE(cell.index(0).data(CellModel::FocusedComponentRole).toInt(), int(KanbanCardFocus::None));
-}
+    void spaceMovesTheFocusedCardOn()
+    {
+        BoardScreen screen(TwoLanes);
+        screen.view.tapCard(u"a"_s, false);
+        press(screen, Qt::Key_Tab);
+        QVERIFY(!screen.view.handleKey(Qt::Key_Space, Qt::NoModifier));
+        press(screen, Qt::Key_Escape);
 
-void TestBoardNavigation::escapeGivesUpThePartAndThenTheSelection()
-{
-    BoardScreen screen(TwoLanes);
-    screen.view.tapCard(u"a"_s, false);
-    press(screen, Qt::Key_Tab);
-    press(screen, Qt::Key_Escape);
-    QCOMPARE(screen.view.navigation().focusedComponent(), KanbanCardFocus::None);
-    QCOMPARE(screen.selected(), u"a"_s);
-    press(screen, Qt::Key_Escape);
-    QCOMPARE(screen.selected(), QString());
-    QVERIFY(!screen.view.handleKey(Qt::Key_Escape, Qt::NoModifier));
-}
-
-void TestBoardNavigation::spaceMovesTheFocusedCardOn()
-{
-    BoardScreen screen(TwoLanes);
-    screen.view.tapCard(u"a"_s, false);
-    press(screen, Qt::Key_Tab);
-    QVERIFY(!screen.view.handleKey(Qt::Key_Space, Qt::NoModifier));
-    press(screen, Qt::Key_Escape);
-
-    screen.store.defaults.set(keys::EnableSpaceToMoveNext, false);
-    QVERIFY(!screen.view.handleKey(Qt::Key_Space, Qt::NoModifier));
-    screen.store.defaults.set(keys::EnableSpaceToMoveNext, true);
-    press(screen, Qt::Key_Space);
-    screen.advance(2.0);
-    QCOMPARE(screen.shown(u"1"_s), u"a"_s);
-    QVERIFY(!screen.view.handleKey(Qt::Key_Space, Qt::ControlModifier));
-}
-
-void TestBoardNavigation::aTapSelectsAndTells()
-{
-    BoardScreen screen(TwoLanes);
-    QStringList posts;
-    for (const NotificationName name : {notifications::TaskFocusChanged, notifications::TaskCardSelected}) {
-        screen.notifications.observe(name, this, [&posts](const Notification &post) {
-            posts.append(post.name.text.toString() + u' ' + post.object.toString());
-        });
+        screen.store.defaults.set(keys::EnableSpaceToMoveNext, false);
+        QVERIFY(!screen.view.handleKey(Qt::Key_Space, Qt::NoModifier));
+        screen.store.defaults.set(keys::EnableSpaceToMoveNext, true);
+        press(screen, Qt::Key_Space);
+        screen.advance(2.0);
+        QCOMPARE(screen.shown(u"1"_s), u"a"_s);
+        QVERIFY(!screen.view.handleKey(Qt::Key_Space, Qt::ControlModifier));
     }
-    const qsizetype before = screen.said().size();
-    screen.view.tapCard(u"a"_s, false);
-    screen.view.tapCard(u"d"_s, true);
-    screen.view.tapCard(u"a"_s, true);
-    screen.view.tapCard(u"d"_s, true);
-    screen.notifications.removeObserver(this);
-    QCOMPARE(screen.said().mid(before), (QStringList{u"Task a selected"_s, u"2 tasks selected"_s,
-                                                     u"Task a deselected"_s, u"All tasks deselected"_s}));
-    QCOMPARE(posts.mid(0, 4), (QStringList{u"TaskFocusChanged a"_s, u"TaskCardSelected a"_s,
-                                           u"TaskFocusChanged d"_s, u"TaskCardSelected d"_s}));
-}
 
-void TestBoardNavigation::aPartThatGoesLosesTheFocus()
-{
-    BoardScreen screen(TwoLanes);
-    screen.task(u"a"_s)->setNote(u"Note"_s);
-    screen.view.tapCard(u"a"_s, false);
-    press(screen, Qt::Key_Tab);
-    press(screen, Qt::Key_Tab);
-    QCOMPARE(screen.view.navigation().focusedComponent(), KanbanCardFocus::NoteIcon);
-    screen.task(u"a"_s)->setNote({});
-    QCOMPARE(screen.view.navigation().focusedComponent(), KanbanCardFocus::Icon);
-}
+    void aTapSelectsAndTells()
+    {
+        BoardScreen screen(TwoLanes);
+        QStringList posts;
+        for (const NotificationName name :
+             {notifications::TaskFocusChanged, notifications::TaskCardSelected}) {
+            screen.notifications.observe(name, this, [&posts](const Notification &post) {
+                posts.append(post.name.text.toString() + u' ' + post.object.toString());
+            });
+        }
+        const qsizetype before = screen.said().size();
+        screen.view.tapCard(u"a"_s, false);
+        screen.view.tapCard(u"d"_s, true);
+        screen.view.tapCard(u"a"_s, true);
+        screen.view.tapCard(u"d"_s, true);
+        screen.notifications.removeObserver(this);
+        QCOMPARE(screen.said().mid(before), (QStringList{u"Task a selected"_s, u"2 tasks selected"_s,
+                                                         u"Task a deselected"_s, u"All tasks deselected"_s}));
+        QCOMPARE(posts.mid(0, 4), (QStringList{u"TaskFocusChanged a"_s, u"TaskCardSelected a"_s,
+                                               u"TaskFocusChanged d"_s, u"TaskCardSelected d"_s}));
+    }
 
-void TestBoardNavigation::returnOpensTheTaskInItsSource()
-{
-    BoardScreen screen(TwoLanes);
-    screen.view.tapCard(u"a"_s, false);
-    press(screen, Qt::Key_Return);
-    QCOMPARE(screen.desktop.urls.opened, std::vector{QUrl(u"omnifocus:///task/a"_s)});
-    QCOMPARE(screen.said().last(), u"Opening task in OmniFocus"_s);
-}
+    void aPartThatGoesLosesTheFocus()
+    {
+        BoardScreen screen(TwoLanes);
+        screen.task(u"a"_s)->setNote(u"Note"_s);
+        screen.view.tapCard(u"a"_s, false);
+        press(screen, Qt::Key_Tab);
+        press(screen, Qt::Key_Tab);
+        QCOMPARE(screen.view.navigation().focusedComponent(), KanbanCardFocus::NoteIcon);
+        screen.task(u"a"_s)->setNote({});
+        QCOMPARE(screen.view.navigation().focusedComponent(), KanbanCardFocus::Icon);
+    }
+
+    void returnOpensTheTaskInItsSource()
+    {
+        BoardScreen screen(TwoLanes);
+        screen.view.tapCard(u"a"_s, false);
+        press(screen, Qt::Key_Return);
+        QCOMPARE(screen.desktop.urls.opened, std::vector{QUrl(u"omnifocus:///task/a"_s)});
+        QCOMPARE(screen.said().last(), u"Opening task in OmniFocus"_s);
+    }
+};
 
 VANTREL_REGISTER_TEST(TestBoardNavigation)
 

@@ -10,21 +10,6 @@ using namespace Qt::StringLiterals;
 
 namespace vantrel::test {
 
-/** What a card shows beside its face: popovers and the celebration of its completion. */
-class TestCardExtras : public QObject
-{
-    Q_OBJECT
-
-private Q_SLOTS:
-    void aBlockReasonIsEdited();
-    void anEmptiedReasonLeavesTheTaskBlocked();
-    void aCancelledEditChangesNothing();
-    void unblockingEndsThePopover();
-    void onlyPartsWithSomethingToTellOpen();
-    void returnOnAFocusedPartOpensIt();
-    void aCompletedTaskCelebratesIfTheUserLikesThat();
-};
-
 namespace {
 
 /** With the reason "vendor" on the blocked task "a", whose popover is open. */
@@ -42,102 +27,109 @@ struct BlockedCard : BoardScreen
 
 } // namespace
 
-void TestCardExtras::aBlockReasonIsEdited()
+/** What a card shows beside its face: popovers and the celebration of its completion. */
+class TestCardExtras : public QObject
 {
-    BlockedCard card;
-    QVERIFY(card.isOpen);
-    QCOMPARE(card.popover.text(), u"vendor"_s);
-    card.popover.edit();
-    card.popover.saveReason(u"  budget "_s);
+    Q_OBJECT
 
-    QVERIFY(!card.popover.isEditing());
-    QCOMPARE(card.popover.text(), u"budget"_s);
-    card.popover.close();
-    QCOMPARE(
-        card.said().mid(card.said().size() - 3),
-        (QStringList{u"Block reason saved"_s, u"Block reason popup closed"_s, u"Returned to task card"_s}));
-    card.restart();
-    QCOMPARE(card.storedRow(u"a"_s)->blockReason, std::optional(u"budget"_s));
-}
+private Q_SLOTS:
+    void aBlockReasonIsEdited()
+    {
+        BlockedCard card;
+        QVERIFY(card.isOpen);
+        QCOMPARE(card.popover.text(), u"vendor"_s);
+        card.popover.edit();
+        card.popover.saveReason(u"  budget "_s);
 
-void TestCardExtras::anEmptiedReasonLeavesTheTaskBlocked()
-{
-    BlockedCard card;
-    card.popover.edit();
-    card.popover.saveReason(u" "_s);
-    QCOMPARE(card.said().last(), u"Block reason removed"_s);
-    QCOMPARE(card.popover.text(), u"No reason entered"_s);
-    QCOMPARE(card.popover.hint(), u"This task is blocked but no reason is provided"_s);
-    QVERIFY(card.task(u"a"_s)->isBlocked());
-}
-
-void TestCardExtras::aCancelledEditChangesNothing()
-{
-    BlockedCard card;
-    card.popover.edit();
-    card.popover.cancelEditing();
-    card.popover.saveReason(u"late"_s);
-    QCOMPARE(card.popover.text(), u"vendor"_s);
-    QCOMPARE(card.said().last(), u"Editing canceled"_s);
-}
-
-void TestCardExtras::unblockingEndsThePopover()
-{
-    BlockedCard card;
-    card.popover.unblock();
-    QCOMPARE(card.popover.kind(), CardPopover::None);
-    QVERIFY(!card.task(u"a"_s)->isBlocked());
-    QCOMPARE(card.said().last(), u"Task unblocked successfully"_s);
-}
-
-void TestCardExtras::onlyPartsWithSomethingToTellOpen()
-{
-    BlockedCard card;
-    card.popover.close();
-    QVERIFY(!card.popover.open(u"b"_s, KanbanCardFocus::Blocked));
-    QVERIFY(!card.popover.open(u"a"_s, KanbanCardFocus::NoteIcon));
-    QVERIFY(!card.popover.open(u"a"_s, KanbanCardFocus::Age));
-    QVERIFY(!card.popover.open(u"gone"_s, KanbanCardFocus::Icon));
-    QCOMPARE(card.popover.kind(), CardPopover::None);
-
-    QVERIFY(card.popover.open(u"a"_s, KanbanCardFocus::Icon));
-    QCOMPARE(card.popover.title(), u"OmniFocus Task"_s);
-    QCOMPARE(card.popover.facts().at(0).toMap().value(u"value"_s).toString(), u"a"_s);
-    QCOMPARE(card.popover.facts().at(1).toMap().value(u"value"_s).toString(), u"Blocked"_s);
-}
-
-void TestCardExtras::returnOnAFocusedPartOpensIt()
-{
-    BlockedCard card;
-    card.popover.close();
-    card.view.tapCard(u"a"_s, false);
-    QSignalSpy opened(&card.popover, &CardPopover::opened);
-    while (card.view.navigation().focusedComponent() != KanbanCardFocus::Blocked) {
-        QVERIFY(card.view.handleKey(Qt::Key_Tab, Qt::NoModifier));
+        QVERIFY(!card.popover.isEditing());
+        QCOMPARE(card.popover.text(), u"budget"_s);
+        card.popover.close();
+        QCOMPARE(card.said().mid(card.said().size() - 3),
+                 (QStringList{u"Block reason saved"_s, u"Block reason popup closed"_s,
+                              u"Returned to task card"_s}));
+        card.restart();
+        QCOMPARE(card.storedRow(u"a"_s)->blockReason, std::optional(u"budget"_s));
     }
-    QVERIFY(card.view.handleKey(Qt::Key_Return, Qt::NoModifier));
-    QCOMPARE(opened.size(), 1);
-    QCOMPARE(card.popover.kind(), CardPopover::BlockReason);
-}
 
-void TestCardExtras::aCompletedTaskCelebratesIfTheUserLikesThat()
-{
-    BoardScreen screen({{u"1"_s, u"a b"_s}});
-    QSignalSpy wanted(screen.view.celebrations(), &CompletionAnimations::wanted);
-    screen.notifications.post(notifications::TaskCompletionAnimation, u"a"_s);
-    screen.advance(1);
-    QCOMPARE(wanted.size(), 1);
-    QCOMPARE(wanted.at(0).at(0).toString(), u"a"_s);
-    QVERIFY(screen.said().contains(u"Task completed"_s));
+    void anEmptiedReasonLeavesTheTaskBlocked()
+    {
+        BlockedCard card;
+        card.popover.edit();
+        card.popover.saveReason(u" "_s);
+        QCOMPARE(card.said().last(), u"Block reason removed"_s);
+        QCOMPARE(card.popover.text(), u"No reason entered"_s);
+        QCOMPARE(card.popover.hint(), u"This task is blocked but no reason is provided"_s);
+        QVERIFY(card.task(u"a"_s)->isBlocked());
+    }
 
-    const QVariantMap spin{{u"type"_s, CompletionAnimations::SpinAndPulse}};
-    screen.notifications.post(notifications::TaskCompletionAnimation, u"b"_s, spin);
-    QCOMPARE(wanted.at(1).at(1).value<CompletionAnimations::Type>(), CompletionAnimations::SpinAndPulse);
+    void aCancelledEditChangesNothing()
+    {
+        BlockedCard card;
+        card.popover.edit();
+        card.popover.cancelEditing();
+        card.popover.saveReason(u"late"_s);
+        QCOMPARE(card.popover.text(), u"vendor"_s);
+        QCOMPARE(card.said().last(), u"Editing canceled"_s);
+    }
 
-    screen.store.defaults.set(keys::CelebrateCompletion, false);
-    screen.notifications.post(notifications::TaskCompletionAnimation, u"b"_s);
-    QCOMPARE(wanted.size(), 2);
-}
+    void unblockingEndsThePopover()
+    {
+        BlockedCard card;
+        card.popover.unblock();
+        QCOMPARE(card.popover.kind(), CardPopover::None);
+        QVERIFY(!card.task(u"a"_s)->isBlocked());
+        QCOMPARE(card.said().last(), u"Task unblocked successfully"_s);
+    }
+
+    void onlyPartsWithSomethingToTellOpen()
+    {
+        BlockedCard card;
+        card.popover.close();
+        QVERIFY(!card.popover.open(u"b"_s, KanbanCardFocus::Blocked));
+        QVERIFY(!card.popover.open(u"a"_s, KanbanCardFocus::NoteIcon));
+        QVERIFY(!card.popover.open(u"a"_s, KanbanCardFocus::Age));
+        QVERIFY(!card.popover.open(u"gone"_s, KanbanCardFocus::Icon));
+        QCOMPARE(card.popover.kind(), CardPopover::None);
+
+        QVERIFY(card.popover.open(u"a"_s, KanbanCardFocus::Icon));
+        QCOMPARE(card.popover.title(), u"OmniFocus Task"_s);
+        QCOMPARE(card.popover.facts().at(0).toMap().value(u"value"_s).toString(), u"a"_s);
+        QCOMPARE(card.popover.facts().at(1).toMap().value(u"value"_s).toString(), u"Blocked"_s);
+    }
+
+    void returnOnAFocusedPartOpensIt()
+    {
+        BlockedCard card;
+        card.popover.close();
+        card.view.tapCard(u"a"_s, false);
+        QSignalSpy opened(&card.popover, &CardPopover::opened);
+        while (card.view.navigation().focusedComponent() != KanbanCardFocus::Blocked) {
+            QVERIFY(card.view.handleKey(Qt::Key_Tab, Qt::NoModifier));
+        }
+        QVERIFY(card.view.handleKey(Qt::Key_Return, Qt::NoModifier));
+        QCOMPARE(opened.size(), 1);
+        QCOMPARE(card.popover.kind(), CardPopover::BlockReason);
+    }
+
+    void aCompletedTaskCelebratesIfTheUserLikesThat()
+    {
+        BoardScreen screen({{u"1"_s, u"a b"_s}});
+        QSignalSpy wanted(screen.view.celebrations(), &CompletionAnimations::wanted);
+        screen.notifications.post(notifications::TaskCompletionAnimation, u"a"_s);
+        screen.advance(1);
+        QCOMPARE(wanted.size(), 1);
+        QCOMPARE(wanted.at(0).at(0).toString(), u"a"_s);
+        QVERIFY(screen.said().contains(u"Task completed"_s));
+
+        const QVariantMap spin{{u"type"_s, CompletionAnimations::SpinAndPulse}};
+        screen.notifications.post(notifications::TaskCompletionAnimation, u"b"_s, spin);
+        QCOMPARE(wanted.at(1).at(1).value<CompletionAnimations::Type>(), CompletionAnimations::SpinAndPulse);
+
+        screen.store.defaults.set(keys::CelebrateCompletion, false);
+        screen.notifications.post(notifications::TaskCompletionAnimation, u"b"_s);
+        QCOMPARE(wanted.size(), 2);
+    }
+};
 
 VANTREL_REGISTER_TEST(TestCardExtras)
 

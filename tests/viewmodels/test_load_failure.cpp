@@ -22,19 +22,9 @@ std::exception_ptr thrown(Error error)
     return std::make_exception_ptr(std::move(error));
 }
 
-AppleScriptError scriptError(AppleScriptError::Kind kind)
+TaskRepositoryError::Cause causeOf(std::exception_ptr error)
 {
-    return AppleScriptError(kind, u"detail"_s);
-}
-
-SourceError platformError(int code)
-{
-    return SourceError(u"Platform"_s, code, u"no access"_s);
-}
-
-TaskRepositoryError::Cause failed(const QString &source, std::exception_ptr error)
-{
-    return {source, std::move(error), false, u"it failed"_s};
+    return {u"OmniFocus"_s, std::move(error), false, u"it failed"_s};
 }
 
 TaskRepositoryError::Cause refused(const QString &source)
@@ -61,57 +51,55 @@ class TestLoadFailure : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void eachErrorIsJudged_data();
-    void eachErrorIsJudged();
-};
-
-void TestLoadFailure::eachErrorIsJudged_data()
-{
-    using Script = AppleScriptError::Kind;
-    QTest::addColumn<std::exception_ptr>("error");
-    QTest::addColumn<LoadFailure>("expected");
-    const auto row = [](const char *name, std::exception_ptr error, const LoadFailure &expected) {
-        QTest::newRow(name) << std::move(error) << expected;
-    };
-    const LoadFailure noAccess{Kind::PermissionMissing, u"Permission issue: no access"_s};
-
-    row("not running", thrown(scriptError(Script::OmniFocusNotRunning)), {Kind::Message, NotRunning});
-    row("denied", thrown(scriptError(Script::PermissionDenied)), {Kind::PermissionMissing, Denied});
-    row("pro required", thrown(scriptError(Script::OmniFocusProRequired)), {Kind::ProRequired, ProRequired});
-    row("any other script error", thrown(scriptError(Script::ExecutionFailed)),
-        {Kind::Other, scriptError(Script::ExecutionFailed).message()});
-    for (const int code : {-600, -1743, -1728}) {
-        row(qPrintable(u"platform %1"_s.arg(code)), thrown(platformError(code)), noAccess);
+    void eachErrorIsJudged()
+    {
+        using Script = AppleScriptError::Kind;
+        struct Row
+        {
+            const char *name;
+            std::exception_ptr error;
+            LoadFailure expected;
+        };
+        const auto script = [](Script kind) {
+            return thrown(AppleScriptError(kind, u"detail"_s));
+        };
+        const auto platform = [](int code) {
+            return thrown(SourceError(u"Platform"_s, code, u"no access"_s));
+        };
+        const std::exception_ptr odd = thrown(std::runtime_error("odd"));
+        const LoadFailure noAccess{Kind::PermissionMissing, u"Permission issue: no access"_s};
+        const LoadFailure noReminders{Kind::PermissionMissing,
+                                      u"Permission issue: Reminders: Please allow it."_s};
+        const QString failed = AppleScriptError(Script::ExecutionFailed, u"detail"_s).message();
+        for (const Row &row :
+             {Row{"not running", script(Script::OmniFocusNotRunning), {Kind::Message, NotRunning}},
+              Row{"denied", script(Script::PermissionDenied), {Kind::PermissionMissing, Denied}},
+              Row{"pro required", script(Script::OmniFocusProRequired), {Kind::ProRequired, ProRequired}},
+              Row{"any other script error", script(Script::ExecutionFailed), {Kind::Other, failed}},
+              Row{"platform -600", platform(-600), noAccess},
+              Row{"platform -1743", platform(-1743), noAccess},
+              Row{"platform -1728", platform(-1728), noAccess},
+              Row{"platform -1", platform(-1), {Kind::Other, u"no access"_s}},
+              Row{"foreign", odd, {Kind::Other, u"odd"_s}},
+              Row{"OmniFocus refused",
+                  repositoryError({refused(u"OmniFocus"_s)}),
+                  {Kind::PermissionMissing, Denied}},
+              Row{"Reminders refused", repositoryError({refused(u"Reminders"_s)}), noReminders},
+              Row{"the first that means something decides",
+                  repositoryError({causeOf(script(Script::ExecutionFailed)),
+                                   causeOf(script(Script::OmniFocusNotRunning)), refused(u"Reminders"_s)}),
+                  {Kind::Message, NotRunning}},
+              Row{"a permission behind an unknown failure",
+                  repositoryError({causeOf(odd), refused(u"Reminders"_s)}), noReminders},
+              Row{"nothing but unknown failures",
+                  repositoryError({causeOf(odd)}),
+                  {Kind::Other, u"all of them"_s}}}) {
+            const LoadFailure judged = judgeLoadFailure(row.error);
+            QCOMPARE(judged.text, row.expected.text);
+            QVERIFY2(judged.kind == row.expected.kind, row.name);
+        }
     }
-    row("platform -1", thrown(platformError(-1)), {Kind::Other, u"no access"_s});
-    row("foreign", thrown(std::runtime_error("odd")), {Kind::Other, u"odd"_s});
-
-    row("OmniFocus refused", repositoryError({refused(u"OmniFocus"_s)}), {Kind::PermissionMissing, Denied});
-    row("Reminders refused", repositoryError({refused(u"Reminders"_s)}),
-        {Kind::PermissionMissing, u"Permission issue: Reminders: Please allow it."_s});
-    row("the first that means something decides",
-        repositoryError({failed(u"OmniFocus"_s, thrown(scriptError(Script::ExecutionFailed))),
-                         failed(u"OmniFocus"_s, thrown(scriptError(Script::OmniFocusNotRunning))),
-                         refused(u"Reminders"_s)}),
-        {Kind::Message, NotRunning});
-    row("a permission behind an unknown failure",
-        repositoryError({failed(u"OmniFocus"_s, thrown(std::runtime_error("odd"))), refused(u"Reminders"_s)}),
-        {Kind::PermissionMissing, u"Permission issue: Reminders: Please allow it."_s});
-    row("nothing but unknown failures",
-        repositoryError({failed(u"Plain Text"_s, thrown(std::runtime_error("odd")))}),
-        {Kind::Other, u"all of them"_s});
-}
-
-void TestLoadFailure::eachErrorIsJudged()
-{
-    QFETCH(std::exception_ptr, error);
-    QFETCH(LoadFailure, expected);
-
-    const LoadFailure judged = judgeLoadFailure(error);
-
-    QCOMPARE(judged.text, expected.text);
-    QCOMPARE(judged.kind, expected.kind);
-}
+};
 
 VANTREL_REGISTER_TEST(TestLoadFailure)
 
