@@ -153,14 +153,11 @@ QCoro::Task<> BoardState::continueOrganizeTasks(quint64 number, TaskSources answ
         }
         run.isMemoryUpToDate = copy.has_value();
     }
-    const TimeSlice slice;
     run.apply(*answer);
     m_isOrganizing = false;
-    if (slice.isUsedUp()) {
-        co_await m_services.clock.yieldToEventLoop();
-        if (isOver()) {
-            co_return;
-        }
+    co_await m_services.clock.yieldToEventLoop();
+    if (isOver()) {
+        co_return;
     }
     run.finalizeOrganization();
 }

@@ -2,6 +2,7 @@
 
 #include "foundations/Log.h"
 #include "persistence/Database.h"
+#include "persistence/sqlite/DecodedOnce.h"
 #include "persistence/sqlite/SqliteTransaction.h"
 
 #include <QJsonArray>
@@ -62,33 +63,51 @@ QStringList decodedHashtags(QByteArrayView json)
     return hashtags;
 }
 
-/** Of a project or a tag: there only if both its id and its name are. */
-template <typename Named>
-std::optional<Named> readNamed(const SqliteStatement &query, int nameColumn, int idColumn)
+/** Reads the rows of SelectAll. */
+class RecordReader
 {
-    const std::optional<QString> name = query.optionalText(nameColumn);
-    const std::optional<QString> id = query.optionalText(idColumn);
-    return name && id ? std::optional(Named{*id, *name}) : std::nullopt;
-}
+public:
+    explicit RecordReader(const SqliteStatement &query) : m_query(query) {}
 
-PlainTextRecord readRecord(const SqliteStatement &query)
+    PlainTextRecord read();
+
+private:
+    /** Of a project or a tag: there only if both its id and its name are. */
+    template <typename Named>
+    std::optional<Named> named(int nameColumn, int idColumn)
+    {
+        if (m_query.isNull(nameColumn) || m_query.isNull(idColumn)) {
+            return std::nullopt;
+        }
+        const QString id = m_text(m_query.utf8(idColumn));
+        return Named{id, m_text(m_query.utf8(nameColumn))};
+    }
+
+    const SqliteStatement &m_query;
+    DecodedOnce<QString> m_text{[](QByteArrayView utf8) {
+        return QString::fromUtf8(utf8);
+    }};
+    DecodedOnce<QStringList> m_hashtags{&decodedHashtags};
+};
+
+PlainTextRecord RecordReader::read()
 {
     PlainTextRecord record;
     WorkItemFields &fields = record.fields;
-    fields.id = query.text(0);
-    fields.name = query.text(1);
-    fields.note = query.optionalText(2);
-    fields.creationDate = Date(query.real(3));
-    fields.modificationDate = query.optionalDate(4);
-    fields.dueDate = query.optionalDate(5);
-    fields.deferDate = query.optionalDate(6);
-    fields.completionDate = query.optionalDate(7);
-    fields.isFlagged = query.integer(8) == 1;
-    fields.isComplete = query.integer(9) == 1;
-    fields.project = readNamed<Project>(query, 10, 11);
-    fields.tag = readNamed<Tag>(query, 12, 13);
-    record.hashtags = decodedHashtags(query.utf8(14));
-    record.originalText = query.optionalText(15);
+    fields.id = m_query.text(0);
+    fields.name = m_query.text(1);
+    fields.note = m_query.optionalText(2);
+    fields.creationDate = Date(m_query.real(3));
+    fields.modificationDate = m_query.optionalDate(4);
+    fields.dueDate = m_query.optionalDate(5);
+    fields.deferDate = m_query.optionalDate(6);
+    fields.completionDate = m_query.optionalDate(7);
+    fields.isFlagged = m_query.integer(8) == 1;
+    fields.isComplete = m_query.integer(9) == 1;
+    fields.project = named<Project>(10, 11);
+    fields.tag = named<Tag>(12, 13);
+    record.hashtags = m_hashtags(m_query.utf8(14));
+    record.originalText = m_query.optionalText(15);
     return record;
 }
 
@@ -163,9 +182,10 @@ std::optional<std::vector<PlainTextRecord>> PlainTextTaskStore::loadAll()
     if (SqliteStatement count = m_database.connection().prepare(CountAll); count.step()) {
         records.reserve(static_cast<std::size_t>(count.integer(0)));
     }
+    RecordReader reader(query);
     while (query.step()) {
         if (!query.isNull(0) && !query.isNull(1)) {
-            records.push_back(readRecord(query));
+            records.push_back(reader.read());
         }
     }
     if (query.hasFailed()) {

@@ -7,6 +7,17 @@ namespace vantrel {
 
 namespace {
 
+// All four take their parameters in the order of the columns.
+
+constexpr auto RenumberRow =
+    "UPDATE taskPositions SET position = ?3, lastUpdated = ?4, stableColumnId = ?5, stableSwimLaneId = ?7, "
+    "blockReason = ?9 WHERE id = ?1 AND columnId = ?2 AND swimLaneId = ?6 AND isBlocked = ?8";
+
+constexpr auto RenumberPlace =
+    "UPDATE taskPositions SET position = ?3, lastUpdated = ?4, stableColumnId = ?5, stableSwimLaneId = ?7 "
+    "WHERE id = ?1 AND columnId = ?2 AND swimLaneId = ?6 AND (position IS NOT ?3 OR stableColumnId IS NOT ?5 "
+    "OR stableSwimLaneId IS NOT ?7)";
+
 constexpr auto UpsertRow =
     "INSERT INTO taskPositions (id, columnId, position, lastUpdated, stableColumnId, swimLaneId, "
     "stableSwimLaneId, isBlocked, blockReason) VALUES (?, ?, ?, ?, ?, ?, ?, ?, ?) ON CONFLICT(id) DO UPDATE "
@@ -47,15 +58,10 @@ std::string selectPositions(std::string_view rest)
     return std::string(select).append(rest);
 }
 
-const PositionRowReader::Decoded &PositionRowReader::decoded(int column)
+PositionRowReader::Decoded PositionRowReader::decode(QByteArrayView utf8)
 {
-    const QByteArrayView utf8 = m_query.utf8(column);
-    const auto known = m_decoded.constFind(QByteArray::fromRawData(utf8.data(), utf8.size()));
-    if (known != m_decoded.constEnd()) {
-        return *known;
-    }
     const QString text = QString::fromUtf8(utf8);
-    return *m_decoded.insert(utf8.toByteArray(), Decoded{text, uuidFromText(text)});
+    return {text, uuidFromText(text)};
 }
 
 std::optional<PersistentTaskPosition> PositionRowReader::read()
@@ -79,26 +85,32 @@ std::optional<PersistentTaskPosition> PositionRowReader::read()
     return row;
 }
 
-bool PositionRowWriter::writeRow(const PersistentTaskPosition &row)
+PositionRowWriter::PositionRowWriter(SqliteConnection &connection, Content content)
+    : m_content(content),
+      m_renumber(connection.prepare(content == Content::Rows ? RenumberRow : RenumberPlace)),
+      m_upsert(connection.prepare(content == Content::Rows ? UpsertRow : UpsertPlace))
 {
-    SqliteStatement upsert = m_connection.prepare(UpsertRow);
-    return bindPlace(upsert, row) && upsert.bind(8, row.isBlocked) &&
-           upsert.bind(9, row.blockReason.value_or(QString())) && upsert.run();
 }
 
-bool PositionRowWriter::writePlace(const PersistentTaskPosition &row)
+bool PositionRowWriter::write(const PersistentTaskPosition &row)
 {
-    SqliteStatement upsert = m_connection.prepare(UpsertPlace);
-    return bindPlace(upsert, row) && upsert.run();
+    if (!bind(m_renumber, row) || !m_renumber.run()) {
+        return false;
+    }
+    return m_renumber.changedRows() > 0 || (bind(m_upsert, row) && m_upsert.run());
 }
 
-bool PositionRowWriter::bindPlace(SqliteStatement &upsert, const PersistentTaskPosition &row)
+bool PositionRowWriter::bind(SqliteStatement &statement, const PersistentTaskPosition &row)
 {
-    return upsert.bind(1, row.id) && upsert.bindUnowned(2, encoded(row.columnId.uuid)) &&
-           upsert.bind(3, row.position) && upsert.bind(4, row.lastUpdated) &&
-           upsert.bindUnowned(5, encoded(row.stableColumnId.value_or(QString()))) &&
-           upsert.bindUnowned(6, row.swimLaneId ? encoded(row.swimLaneId->uuid) : QByteArray()) &&
-           upsert.bindUnowned(7, encoded(row.stableSwimLaneId.value_or(QString())));
+    const bool isPlaceBound =
+        statement.bind(1, row.id) && statement.bindUnowned(2, encoded(row.columnId.uuid)) &&
+        statement.bind(3, row.position) && statement.bind(4, row.lastUpdated) &&
+        statement.bindUnowned(5, encoded(row.stableColumnId.value_or(QString()))) &&
+        statement.bindUnowned(6, row.swimLaneId ? encoded(row.swimLaneId->uuid) : QByteArray()) &&
+        statement.bindUnowned(7, encoded(row.stableSwimLaneId.value_or(QString())));
+    return isPlaceBound &&
+           (m_content == Content::Places ||
+            (statement.bind(8, row.isBlocked) && statement.bind(9, row.blockReason.value_or(QString()))));
 }
 
 QByteArray PositionRowWriter::encoded(const QUuid &uuid)

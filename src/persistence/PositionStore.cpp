@@ -2,7 +2,6 @@
 
 #include "foundations/Log.h"
 #include "persistence/Database.h"
-#include "persistence/PositionRows.h"
 #include "persistence/sqlite/SqliteTransaction.h"
 
 #include <algorithm>
@@ -242,7 +241,8 @@ bool PositionStore::save(const PersistentTaskPosition &row)
     const QString what =
         row.id + u", column " + row.columnId.text() + u", position " + QString::number(row.position);
     log::debug(u"Trying to UPSERT task position in database: " + what);
-    if (!transaction.hasBegun() || !PositionRowWriter(connection()).writePlace(row)) {
+    if (!transaction.hasBegun() ||
+        !PositionRowWriter(connection(), PositionRowWriter::Content::Places).write(row)) {
         log::error(u"Failed to upsert task position: " + row.id);
         return false;
     }
@@ -293,22 +293,22 @@ bool PositionStore::verify(const PersistentTaskPosition &row)
 
 bool PositionStore::saveRows(const std::vector<PersistentTaskPosition> &rows, qsizetype countForLog)
 {
-    return saveBatch(rows, countForLog, &PositionRowWriter::writeRow);
+    return saveBatch(rows, countForLog, PositionRowWriter::Content::Rows);
 }
 
 bool PositionStore::savePlaces(const std::vector<PersistentTaskPosition> &rows)
 {
     log::info(u"Batch saving " + QString::number(rows.size()) + u" task position updates");
-    return saveBatch(rows, static_cast<qsizetype>(rows.size()), &PositionRowWriter::writePlace);
+    return saveBatch(rows, static_cast<qsizetype>(rows.size()), PositionRowWriter::Content::Places);
 }
 
 bool PositionStore::saveBatch(const std::vector<PersistentTaskPosition> &rows, qsizetype countForLog,
-                              WriteOne writeOne)
+                              PositionRowWriter::Content content)
 {
     SqliteTransaction transaction(connection());
-    PositionRowWriter writer(connection());
+    PositionRowWriter writer(connection(), content);
     const auto isWritten = [&](const PersistentTaskPosition &row) {
-        if (m_deletedTasks.contains(row.id) || (writer.*writeOne)(row)) {
+        if (m_deletedTasks.contains(row.id) || writer.write(row)) {
             return true;
         }
         log::error(u"Failed to upsert task position: " + row.id + u" in batch operation");

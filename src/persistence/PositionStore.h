@@ -2,6 +2,7 @@
 
 #include "foundations/TaskPosition.h"
 #include "persistence/PlaceFilter.h"
+#include "persistence/PositionRows.h"
 #include "persistence/sqlite/SqliteConnection.h"
 
 #include <QSet>
@@ -12,7 +13,6 @@
 namespace vantrel {
 
 class Database;
-class PositionRowWriter;
 
 /**
  * The table `taskPositions`: where tasks stand. Owned by PersistenceManager; every operation is for jobs of
@@ -62,8 +62,8 @@ private:
 
     SqliteConnection &connection();
     std::optional<std::vector<PersistentTaskPosition>> readAll();
-    using WriteOne = bool (PositionRowWriter::*)(const PersistentTaskPosition &);
-    bool saveBatch(const std::vector<PersistentTaskPosition> &rows, qsizetype countForLog, WriteOne writeOne);
+    bool saveBatch(const std::vector<PersistentTaskPosition> &rows, qsizetype countForLog,
+                   PositionRowWriter::Content content);
     bool repair(std::vector<PersistentTaskPosition> &rows);
     void logStoredPlace(const PersistentTaskPosition &row);
     std::optional<int> nextPosition(const PlaceFilter &filter);

@@ -61,13 +61,19 @@ std::vector<Row> rowsWithBoard(const std::vector<Row> &stored, const std::vector
     return rows;
 }
 
-/** Equal but for the date; an empty reason is none. */
-bool isSameRow(Row a, Row b)
+/** An empty reason is none. */
+QStringView reasonOf(const Row &row)
 {
-    a.lastUpdated = b.lastUpdated;
-    a.blockReason = a.blockReason.value_or(QString());
-    b.blockReason = b.blockReason.value_or(QString());
-    return a == b;
+    return row.blockReason ? QStringView(*row.blockReason) : QStringView();
+}
+
+/** Equal but for the date. */
+bool isSameRow(const Row &a, const Row &b)
+{
+    return a.id == b.id && a.columnId == b.columnId && a.position == b.position &&
+           a.stableColumnId == b.stableColumnId && a.swimLaneId == b.swimLaneId &&
+           a.stableSwimLaneId == b.stableSwimLaneId && a.isBlocked == b.isBlocked &&
+           reasonOf(a) == reasonOf(b);
 }
 
 /** One run of placeTasks(). */
@@ -76,8 +82,9 @@ class Placing
 public:
     explicit Placing(const PlacementQuestion &question)
         : m_question(question),
-          m_rows(question.isMemoryUpToDate ? question.memory.positions
-                                           : rowsWithBoard(question.memory.positions, question.current))
+          m_boardRows(question.isMemoryUpToDate ? std::vector<Row>()
+                                                : rowsWithBoard(question.memory.positions, question.current)),
+          m_rows(question.isMemoryUpToDate ? question.memory.positions : m_boardRows)
     {
     }
     Q_DISABLE_COPY_MOVE(Placing)
@@ -106,10 +113,13 @@ private:
     Row rowFor(const Candidate &candidate, const Column &column, const SwimLane &swimLane) const;
 
     const PlacementQuestion &m_question;
-    const std::vector<Row> m_rows;
+    const std::vector<Row> m_boardRows;
+    const std::vector<Row> &m_rows;
     PlacementAnswer m_answer;
     std::vector<Candidate> m_candidates;
     QHash<QString, Candidate *> m_candidatesById;
+    /** By the index of the row; null where the task is absent. */
+    std::vector<Candidate *> m_candidatesOfRows;
     QHash<ColumnId, const Column *> m_columnsById;
     QHash<SwimLaneId, const SwimLane *> m_swimLanesById;
     /** How many tasks were placed in each cell so far. */
@@ -152,8 +162,11 @@ void Placing::prepareLookupMaps()
         candidate.task = &task;
         m_candidatesById.insert(task.id, &candidate);
     }
+    m_candidatesOfRows.reserve(m_rows.size());
     for (int order = 0; const Row &row : m_rows) {
-        if (Candidate *candidate = m_candidatesById.value(row.id)) {
+        Candidate *candidate = m_candidatesById.value(row.id);
+        m_candidatesOfRows.push_back(candidate);
+        if (candidate) {
             candidate->row = &row;
             candidate->rowOrder = order;
         }
@@ -242,9 +255,10 @@ void Placing::placeRemainingTasksWithSavedPositions()
         if (target.isCompleted()) {
             continue;
         }
-        for (const Row &row : m_rows) {
-            Candidate *candidate = row.columnId == target.id ? m_candidatesById.value(row.id) : nullptr;
-            if (candidate && candidate->isOpen()) {
+        for (std::size_t i = 0; i < m_rows.size(); ++i) {
+            const Row &row = m_rows[i];
+            Candidate *candidate = m_candidatesOfRows[i];
+            if (candidate && candidate->isOpen() && row.columnId == target.id) {
                 place(*candidate, target.id, row.swimLaneId.value_or(defaultSwimLane()), row.position);
                 ++count;
                 if (log::isDebugEnabled()) {
@@ -286,8 +300,9 @@ void Placing::placeNewTasksInQueue()
 /** Tells the rows that nobody will ask for again from those that wait for their source. */
 void Placing::sortOutAbsentRows()
 {
-    for (const Row &row : m_rows) {
-        if (m_candidatesById.contains(row.id)) {
+    for (std::size_t i = 0; i < m_rows.size(); ++i) {
+        const Row &row = m_rows[i];
+        if (m_candidatesOfRows[i]) {
             continue;
         }
         if (m_question.answered.testFlag(sourceOf(row.id))) {

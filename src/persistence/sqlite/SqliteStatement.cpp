@@ -86,6 +86,11 @@ bool SqliteStatement::run()
     return !hasRow && !m_hasFailed;
 }
 
+qint64 SqliteStatement::changedRows() const
+{
+    return sqlite3_changes64(m_connection.handle());
+}
+
 int SqliteStatement::columnCount() const
 {
     return sqlite3_column_count(m_statement);

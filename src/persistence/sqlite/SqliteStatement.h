@@ -59,6 +59,9 @@ public:
     bool step();
     /** For a statement without rows: runs it and makes it ready to be bound and run again. */
     bool run();
+    /** How many rows the last run of a statement of this connection has changed, without those of triggers.
+     */
+    qint64 changedRows() const;
     bool hasFailed() const { return m_hasFailed; }
 
     int columnCount() const;

@@ -146,6 +146,11 @@ QCoro::Task<> PlainTextTaskManager::takeOverAll(std::shared_ptr<ReconciledTasks>
             slice.restart();
         }
     }
+    // What follows, here and at whoever waits, takes a slice of its own.
+    co_await m_clock.yieldToEventLoop();
+    if (!self) {
+        co_return;
+    }
     replaceLoadedTasks(std::move(tasks));
     storeCompletionDates(told->withInventedCompletionDate);
     QThreadPool::globalInstance()->start([told = std::move(told)]() mutable { told.reset(); });
