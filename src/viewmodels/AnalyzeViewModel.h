@@ -31,12 +31,7 @@ class AnalyzeViewModel : public QObject
     Q_PROPERTY(bool stacked READ isStacked NOTIFY chartTypeChanged)
     Q_PROPERTY(QVariantList metricCards READ metricCards NOTIFY analyticsChanged)
     Q_PROPERTY(QString unit READ unit NOTIFY analyticsChanged)
-    Q_PROPERTY(QVariantList marks READ marks NOTIFY analyticsChanged)
-    Q_PROPERTY(QVariantList axisLabels READ axisLabels NOTIFY analyticsChanged)
-    Q_PROPERTY(vantrel::CountScale completedScale READ completedScale NOTIFY analyticsChanged)
-    Q_PROPERTY(vantrel::CountScale stackedScale READ stackedScale NOTIFY analyticsChanged)
-    Q_PROPERTY(QString chartSummary READ chartSummary NOTIFY analyticsChanged)
-    Q_PROPERTY(QString stackedSummary READ stackedSummary NOTIFY analyticsChanged)
+    Q_PROPERTY(vantrel::ThroughputChartData chart READ chart NOTIFY analyticsChanged)
 public:
     /** What stands in the window, the first that holds. */
     enum class Screen { Loading, Error, Empty, Content };
@@ -67,12 +62,7 @@ public:
 
     QVariantList metricCards() const { return m_metricCards; }
     QString unit() const { return vantrel::unit(m_period); }
-    QVariantList marks() const { return m_chart.marks; }
-    QVariantList axisLabels() const { return m_chart.axisLabels; }
-    CountScale completedScale() const { return m_chart.completedScale; }
-    CountScale stackedScale() const { return m_chart.stackedScale; }
-    QString chartSummary() const { return m_chart.summary; }
-    QString stackedSummary() const { return m_chart.stackedSummary; }
+    ThroughputChartData chart() const { return m_chart; }
 
 Q_SIGNALS:
     void stateChanged();

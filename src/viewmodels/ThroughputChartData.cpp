@@ -22,22 +22,21 @@ QString dateText(Date date, const LocalCalendar &calendar)
     return calendar.locale.toString(calendar.dateTime(date), QStringLiteral("MMM d"));
 }
 
-ThroughputMark markOf(const ThroughputDataPoint &point, const StackedThroughputDataPoint &stacked,
-                      const LocalCalendar &calendar)
+QString momentText(const ThroughputDataPoint &point, const LocalCalendar &calendar)
 {
-    ThroughputMark mark;
-    mark.completed = point.completedCount;
-    mark.omniFocus = stacked.omniFocusCount;
-    mark.reminders = stacked.remindersCount;
-    mark.moment = point.label(calendar);
-    if (point.period == ThroughputPeriod::Hourly) {
-        mark.moment = dateText(point.date, calendar) + u", " + mark.moment;
-    }
-    mark.summary = (mark.completed == 1 ? Chart::tr("%1 task completed") : Chart::tr("%1 tasks completed"))
-                       .arg(mark.completed);
-    mark.breakdown = Chart::tr("OmniFocus: %1").arg(mark.omniFocus) + u'\n' +
-                     Chart::tr("Reminders: %1").arg(mark.reminders);
-    return mark;
+    return point.period == ThroughputPeriod::Hourly
+               ? dateText(point.date, calendar) + u", " + point.label(calendar)
+               : point.label(calendar);
+}
+
+QString summaryText(int completed)
+{
+    return (completed == 1 ? Chart::tr("%1 task completed") : Chart::tr("%1 tasks completed")).arg(completed);
+}
+
+QString breakdownText(int omniFocus, int reminders, QStringView separator)
+{
+    return Chart::tr("OmniFocus: %1").arg(omniFocus) + separator + Chart::tr("Reminders: %1").arg(reminders);
 }
 
 /** Evenly spaced and counted back from the last point, which is the present. */
@@ -136,29 +135,101 @@ CountScale CountScale::upTo(int peak)
     }
 }
 
+ThroughputMark ThroughputChartData::mark(int index) const
+{
+    if (index < 0 || index >= count()) {
+        return {};
+    }
+    const StackedThroughputDataPoint &bySource = stacked[index];
+    ThroughputMark mark;
+    mark.completed = points[index].completedCount;
+    mark.omniFocus = bySource.omniFocusCount;
+    mark.reminders = bySource.remindersCount;
+    mark.moment = momentText(points[index], calendar);
+    mark.summary = summaryText(mark.completed);
+    mark.breakdown = breakdownText(mark.omniFocus, mark.reminders, u"\n");
+    return mark;
+}
+
+QString ThroughputChartData::spokenMark(int index, bool isBySource) const
+{
+    if (index < 0 || index >= count()) {
+        return {};
+    }
+    const StackedThroughputDataPoint &bySource = stacked[index];
+    const QString what = isBySource ? breakdownText(bySource.omniFocusCount, bySource.remindersCount, u", ")
+                                    : summaryText(points[index].completedCount);
+    return momentText(points[index], calendar) + u": " + what;
+}
+
+QList<QPointF> ThroughputChartData::line(double width, double height) const
+{
+    const double pitch = width / std::max(1, count() - 1);
+    const double unit = height / completedScale.maximum();
+    QList<QPointF> figure;
+    for (int i = 0; i < count(); ++i) {
+        figure.append({i * pitch, height - points[i].completedCount * unit});
+    }
+    return figure;
+}
+
+QList<QPointF> ThroughputChartData::areaBelowLine(double width, double height) const
+{
+    QList<QPointF> figure = line(width, height);
+    figure.append({{width, height}, {0.0, height}});
+    return figure;
+}
+
+QList<QPointF> ThroughputChartData::columns(double width, double height, bool isOfBoth) const
+{
+    const double pitch = width / std::max(1, count());
+    const double unit = height / stackedScale.maximum();
+    QList<QPointF> figure{{0.0, height}};
+    for (int i = 0; i < count(); ++i) {
+        const int tasks = stacked[i].omniFocusCount + (isOfBoth ? stacked[i].remindersCount : 0);
+        const double top = height - tasks * unit;
+        figure.append({{i * pitch, top}, {(i + 1) * pitch, top}});
+    }
+    figure.append({width, height});
+    return figure;
+}
+
+QVariantList ThroughputChartData::reminderEdges(double width, double height) const
+{
+    const double pitch = width / std::max(1, count());
+    const double unit = height / stackedScale.maximum();
+    QVariantList edges;
+    for (int i = 0; i < count(); ++i) {
+        if (stacked[i].remindersCount > 0) {
+            const double top = height - (stacked[i].omniFocusCount + stacked[i].remindersCount) * unit;
+            edges.append(QVariant::fromValue(QList<QPointF>{{i * pitch, top}, {(i + 1) * pitch, top}}));
+        }
+    }
+    return edges;
+}
+
 ThroughputChartData throughputChartData(const std::vector<ThroughputDataPoint> &points,
                                         const std::vector<StackedThroughputDataPoint> &stacked,
                                         ThroughputPeriod period, const ThroughputMetrics &metrics,
                                         const LocalCalendar &calendar)
 {
     ThroughputChartData data;
-    data.marks.reserve(static_cast<qsizetype>(points.size()));
+    data.points = QList<ThroughputDataPoint>(points.begin(), points.end());
+    data.stacked = QList<StackedThroughputDataPoint>(stacked.begin(), stacked.end());
+    data.calendar = calendar;
     int highestStack = 0;
     int omniFocus = 0;
     int reminders = 0;
-    for (std::size_t i = 0; i < points.size(); ++i) {
-        const ThroughputMark mark = markOf(points[i], stacked.at(i), calendar);
-        highestStack = std::max(highestStack, mark.omniFocus + mark.reminders);
-        omniFocus += mark.omniFocus;
-        reminders += mark.reminders;
-        data.marks.append(QVariant::fromValue(mark));
+    for (const StackedThroughputDataPoint &point : stacked) {
+        highestStack = std::max(highestStack, point.omniFocusCount + point.remindersCount);
+        omniFocus += point.omniFocusCount;
+        reminders += point.remindersCount;
     }
     data.completedScale = CountScale::upTo(metrics.peakThroughput);
     data.stackedScale = CountScale::upTo(highestStack);
     data.axisLabels = axisLabelsOf(points, calendar);
     data.summary = lineSummary(points, period, metrics, calendar.locale);
-    data.stackedSummary =
-        Chart::tr("OmniFocus: %1").arg(omniFocus) + u", " + Chart::tr("Reminders: %1").arg(reminders);
+    data.stackedSummary = breakdownText(omniFocus, reminders, u", ");
     return data;
 }
 

@@ -2,6 +2,8 @@
 
 #include "analytics/ThroughputAnalyzer.h"
 
+#include <QList>
+#include <QPointF>
 #include <QString>
 #include <QVariantList>
 #include <QtQml/qqmlregistration.h>
@@ -20,7 +22,7 @@ QString label(ThroughputPeriod period);
 /** "hour", "day", "week". */
 QString unit(ThroughputPeriod period);
 
-/** One point or bar of the charts: its counts, and what is said of it. A value. */
+/** One point or bar of the charts, and what is said of it. A value. */
 struct ThroughputMark
 {
     Q_GADGET
@@ -36,7 +38,7 @@ public:
     int completed = 0;
     int omniFocus = 0;
     int reminders = 0;
-    /** "Nov 17"; an hour has its date before it. */
+    /** "Nov 17"; an hour is told with its date. */
     QString moment;
     /** "7 tasks completed". */
     QString summary;
@@ -65,11 +67,25 @@ public:
     friend bool operator==(const CountScale &, const CountScale &) = default;
 };
 
-/** Everything the charts of one period show. */
+/**
+ * Everything the charts of one period show. A value, cheap to copy: the words for a mark and the figures to
+ * draw are made when they are asked for.
+ */
 struct ThroughputChartData
 {
-    /** Of ThroughputMark. */
-    QVariantList marks;
+    Q_GADGET
+    QML_VALUE_TYPE(throughputChartData)
+    Q_PROPERTY(int count READ count CONSTANT)
+    Q_PROPERTY(vantrel::CountScale completedScale MEMBER completedScale CONSTANT)
+    Q_PROPERTY(vantrel::CountScale stackedScale MEMBER stackedScale CONSTANT)
+    Q_PROPERTY(QVariantList axisLabels MEMBER axisLabels CONSTANT)
+    Q_PROPERTY(QString summary MEMBER summary CONSTANT)
+    Q_PROPERTY(QString stackedSummary MEMBER stackedSummary CONSTANT)
+
+public:
+    QList<ThroughputDataPoint> points;
+    QList<StackedThroughputDataPoint> stacked;
+    LocalCalendar calendar;
     CountScale completedScale;
     CountScale stackedScale;
     /** Maps with "index" and "text", at most eight. */
@@ -77,6 +93,23 @@ struct ThroughputChartData
     /** The line in one sentence, for those who do not see it. */
     QString summary;
     QString stackedSummary;
+
+    int count() const { return static_cast<int>(points.size()); }
+    /** Empty if there is none of that index. */
+    Q_INVOKABLE vantrel::ThroughputMark mark(int index) const;
+    /** "Nov 17: 7 tasks completed"; with the breakdown by source for the columns. */
+    Q_INVOKABLE QString spokenMark(int index, bool isBySource) const;
+
+    // Figures to be drawn in a plot of that size, with y growing downwards.
+
+    /** Through all points, from edge to edge. */
+    Q_INVOKABLE QList<QPointF> line(double width, double height) const;
+    /** What lies below the line. */
+    Q_INVOKABLE QList<QPointF> areaBelowLine(double width, double height) const;
+    /** The outline of columns that stand side by side without a gap: of OmniFocus, or of both sources. */
+    Q_INVOKABLE QList<QPointF> columns(double width, double height, bool isOfBoth) const;
+    /** The upper edges of the columns that have reminders on top: a list of points for each. */
+    Q_INVOKABLE QVariantList reminderEdges(double width, double height) const;
 };
 
 ThroughputChartData throughputChartData(const std::vector<ThroughputDataPoint> &points,

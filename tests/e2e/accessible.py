@@ -15,18 +15,21 @@ class Part:
     description: str
     is_showing: bool
     is_selected: bool
+    is_focusable: bool
+    is_focused: bool
     x: int
     y: int
     width: int
     height: int
     children: list
 
+    def everything(self):
+        """This part and all in it, from top to bottom."""
+        return [self] + [part for child in self.children for part in child.everything()]
+
     def all(self, role):
         """The parts of that role in here, from top to bottom."""
-        found = [self] if self.role == role else []
-        for child in self.children:
-            found += child.all(role)
-        return found
+        return [part for part in self.everything() if part.role == role]
 
     @property
     def center(self):
@@ -79,10 +82,11 @@ class ScreenReader:
 
     def _look_at(self, accessible):
         states = accessible.get_state_set()
+        has = {name: states.contains(getattr(self._atspi.StateType, name))
+               for name in ("SHOWING", "SELECTED", "FOCUSABLE", "FOCUSED")}
         place = accessible.get_extents(self._atspi.CoordType.SCREEN)
         children = [accessible.get_child_at_index(i) for i in range(accessible.get_child_count())]
         return Part(accessible.get_role_name(), accessible.get_name() or "", accessible.get_description() or "",
-                    states.contains(self._atspi.StateType.SHOWING),
-                    states.contains(self._atspi.StateType.SELECTED),
+                    has["SHOWING"], has["SELECTED"], has["FOCUSABLE"], has["FOCUSED"],
                     place.x, place.y, place.width, place.height,
                     [self._look_at(child) for child in children if child])

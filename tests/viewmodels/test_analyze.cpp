@@ -95,9 +95,9 @@ void TestAnalyze::theScreenGoesThroughItsStates()
     m_screen->refresh();
     m_board->settle();
     QCOMPARE(m_screen->screen(), Screen::Content);
-    QCOMPARE(m_screen->marks().size(), 21);
-    QCOMPARE(m_screen->marks().at(19).value<ThroughputMark>().summary, u"2 tasks completed"_s);
-    QCOMPARE(m_screen->marks().at(20).value<ThroughputMark>().summary, u"1 task completed"_s);
+    QCOMPARE(m_screen->chart().count(), 21);
+    QCOMPARE(m_screen->chart().mark(19).summary, u"2 tasks completed"_s);
+    QCOMPARE(m_screen->chart().mark(20).summary, u"1 task completed"_s);
     QCOMPARE(
         said().mid(3),
         (QStringList{u"Refreshing analytics data. Please wait..."_s, u"Loading analytics data..."_s,
@@ -196,16 +196,16 @@ void TestAnalyze::aChoiceIsShownWithoutAskingTheSources()
 
     m_screen->setPeriod(static_cast<int>(ThroughputPeriod::Hourly));
     // An hour more or less where the clocks were changed.
-    QVERIFY(std::abs(m_screen->marks().size() - 481) <= 1);
+    QVERIFY(std::abs(m_screen->chart().count() - 481) <= 1);
     QCOMPARE(said().last(), u"Time period changed to Per Hour. Analytics updated."_s);
     m_screen->setPeriod(static_cast<int>(ThroughputPeriod::Weekly));
-    QCOMPARE(m_screen->marks().size(), 3);
+    QCOMPARE(m_screen->chart().count(), 3);
     m_screen->setChartType(static_cast<int>(ChartType::StackedColumn));
     QVERIFY(m_screen->isStacked());
     QCOMPARE(said().last(), u"Chart type changed to Stacked Column. Analytics updated."_s);
     m_screen->setPeriod(7);
     m_screen->setChartType(-1);
-    QCOMPARE(m_screen->marks().size(), 3);
+    QCOMPARE(m_screen->chart().count(), 3);
     QCOMPARE(fetches(), 1);
 }
 

@@ -42,8 +42,11 @@ struct Wishes
 };
 
 /** What can be shown besides a board at rest. */
-void bringAbout(const QString &state, Services &services, BoardViewModel &view)
+void bringAbout(const QString &state, Services &services, AppViewModel &app)
 {
+    BoardViewModel &view = *app.board();
+    if (state.contains(u"hours")) app.analyze()->setPeriod(static_cast<int>(ThroughputPeriod::Hourly));
+    if (state.contains(u"columns")) app.analyze()->setChartType(static_cast<int>(ChartType::StackedColumn));
     BoardState &board = *services.board;
     const auto &lanes = board.swimLaneManager().swimLanes();
     const auto &columns = board.columnManager().columns();
@@ -153,7 +156,7 @@ int draw(const Wishes &wishes)
     }
     rest(100);
     if (!wishes.isEmpty) {
-        bringAbout(wishes.state, services, *app.board());
+        bringAbout(wishes.state, services, app);
     }
     rest(400);
     const bool isSaved = window.window()->grabWindow().save(wishes.path);
@@ -200,9 +203,10 @@ int main(int argc, char *argv[])
                                      QStringLiteral("id"));
     const QCommandLineOption size(QStringLiteral("size"), QStringLiteral("Points, as 1280x820."),
                                   QStringLiteral("wxh"));
-    const QCommandLineOption state(QStringLiteral("state"),
-                                   QStringLiteral("One of: focus, isolation, selection, block."),
-                                   QStringLiteral("name"));
+    const QCommandLineOption state(
+        QStringLiteral("state"),
+        QStringLiteral("One of: focus, isolation, selection, block, hours, columns, hours-columns."),
+        QStringLiteral("name"));
     const QCommandLineOption text(QStringLiteral("text"),
                                   QStringLiteral("What to type into quick entry or import, going on."),
                                   QStringLiteral("text"));

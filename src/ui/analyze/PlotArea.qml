@@ -4,8 +4,8 @@ import QtQuick
 import Vantrel.ViewModels
 
 /**
- * A chart over time: title, axes and grid, and the period that the pointer or the keyboard is on. What stands in it
- * comes from whoever uses it: `picture` for all periods at once, `markDelegate` for each.
+ * A chart over time: title, axes and grid, and the period that the pointer or the keyboard is on. Whoever uses it draws
+ * `picture` into it, for all periods at once: there may be hundreds.
  */
 FocusScope {
     id: root
@@ -14,38 +14,46 @@ FocusScope {
     /** The chart in one sentence, for those who do not see it. */
     required property string summary
     required property string help
-    /** Of throughputMark. */
-    required property var marks
-    required property var axisLabels
+    required property throughputChartData chart
     required property countScale scale
-    /** The first and the last mark stand half a pitch from the edges, as columns need it. */
-    property bool isInset: false
+    /** Columns stand side by side, the outer ones half a pitch from the edges; points reach from edge to edge. */
+    required property bool hasColumns
+    /** Where the highest point of a mark is. */
+    required property real currentPeak
+    /** What the hint beside the mark says. */
+    required property string tip
     property Component picture: null
-    property Component markDelegate: null
     property alias headerContent: header.data
 
-    readonly property int count: marks.length
+    readonly property int count: chart.count
     readonly property real plotWidth: plot.width
     readonly property real plotHeight: plot.height
-    readonly property real pitch: plotWidth / Math.max(1, isInset ? count : count - 1)
+    readonly property real pitch: plotWidth / Math.max(1, hasColumns ? count : count - 1)
+    /** Too many periods for each to be told from the next. */
     readonly property bool isDense: pitch < 14
-    /** The mark under the pointer, else the one that has the keyboard; -1 for none. */
-    readonly property int current: hover.index >= 0 ? hover.index : keyboardIndex
+    /** Where the pointer or the keyboard is, whichever moved last; -1 for nowhere. */
+    property int current: -1
+    readonly property throughputMark currentMark: chart.mark(current)
     property int keyboardIndex: -1
 
     function xOf(index: int): real {
-        return isInset ? (index + 0.5) * pitch : index * pitch;
+        return hasColumns ? (index + 0.5) * pitch : index * pitch;
     }
     function yOf(tasks: int): real {
         return plotHeight * (1 - tasks / scale.maximum);
     }
     function indexAt(x: real): int {
-        const index = isInset ? Math.floor(x / pitch) : Math.round(x / pitch);
+        const index = hasColumns ? Math.floor(x / pitch) : Math.round(x / pitch);
         return Math.max(0, Math.min(count - 1, index));
     }
     function moveTo(index: int) {
         keyboardIndex = Math.max(0, Math.min(count - 1, index));
-        repeater.itemAt(keyboardIndex)?.forceActiveFocus(Qt.TabFocusReason);
+        current = keyboardIndex;
+        marks.itemAt(keyboardIndex)?.forceActiveFocus(Qt.TabFocusReason);
+    }
+    function leave() {
+        keyboardIndex = -1;
+        current = -1;
     }
 
     activeFocusOnTab: true
@@ -53,8 +61,8 @@ FocusScope {
     Accessible.name: title
     Accessible.description: summary + " " + help
     Accessible.focusable: true
-    onActiveFocusChanged: if (!activeFocus) keyboardIndex = -1
-    onMarksChanged: keyboardIndex = -1
+    onActiveFocusChanged: if (!activeFocus) leave()
+    onChartChanged: leave()
     Keys.onLeftPressed: moveTo(keyboardIndex < 0 ? count - 1 : keyboardIndex - 1)
     Keys.onRightPressed: moveTo(keyboardIndex + 1)
     Keys.onPressed: event => {
@@ -64,11 +72,11 @@ FocusScope {
         event.accepted = true;
     }
     Keys.onEscapePressed: event => {
-        const mark = repeater.itemAt(keyboardIndex);
+        const mark = marks.itemAt(keyboardIndex);
         event.accepted = mark !== null;
         if (mark)
             mark.focus = false;
-        keyboardIndex = -1;
+        leave();
     }
 
     FocusRing {
@@ -82,8 +90,8 @@ FocusScope {
         y: 18
         text: root.title
         font.weight: Theme.headingWeight
-        Accessible.role: Accessible.Heading
-        Accessible.name: text
+        // The chart has this name.
+        Accessible.ignored: true
 
         HoverHandler {
             id: headingHover
@@ -115,6 +123,7 @@ FocusScope {
             text: qsTr("Completed")
             font.pixelSize: Theme.tiny
             color: Theme.faintText
+            Accessible.ignored: true
         }
         ThemedText {
             anchors.horizontalCenter: parent.horizontalCenter
@@ -122,6 +131,7 @@ FocusScope {
             text: qsTr("Time")
             font.pixelSize: Theme.tiny
             color: Theme.faintText
+            Accessible.ignored: true
         }
 
         Repeater {
@@ -151,7 +161,7 @@ FocusScope {
             }
         }
         Repeater {
-            model: root.axisLabels
+            model: root.chart.axisLabels
 
             delegate: ThemedText {
                 required property var modelData
@@ -177,27 +187,36 @@ FocusScope {
             active: root.picture !== null
             sourceComponent: root.picture
         }
+        // The periods as the screen reader and the keyboard find them. Bare, as there may be hundreds.
         Repeater {
-            id: repeater
-            model: root.marks
-            delegate: root.markDelegate
+            id: marks
+            model: root.count
+
+            delegate: Item {
+                required property int index
+
+                x: root.xOf(index) - root.pitch / 2
+                width: root.pitch
+                height: plot.height
+                Accessible.role: Accessible.Graphic
+                Accessible.name: root.chart.spokenMark(index, root.hasColumns)
+                Accessible.focusable: true
+            }
         }
         HoverHandler {
-            id: hover
-            readonly property int index: hovered && root.count > 0 ? root.indexAt(point.position.x) : -1
+            property int index: hovered && root.count > 0 ? root.indexAt(point.position.x) : -1
+
+            onIndexChanged: root.current = index >= 0 ? index : root.keyboardIndex
         }
         TapHandler {
             onTapped: eventPoint => root.moveTo(root.indexAt(eventPoint.position.x))
         }
         PlotTip {
-            // A PlotMark; naming its type here would make a circle of types.
-            readonly property var mark: root.current >= 0 ? repeater.itemAt(root.current) : null
-
             plot: plot
-            pointX: mark ? root.xOf(mark.index) : 0
-            pointY: mark?.peakY ?? 0
-            text: mark?.tip ?? ""
-            moment: mark?.modelData.moment ?? ""
+            pointX: root.xOf(root.current)
+            pointY: root.currentPeak
+            text: root.current >= 0 ? root.tip : ""
+            moment: root.currentMark.moment
         }
     }
 }

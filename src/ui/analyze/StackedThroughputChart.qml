@@ -1,24 +1,29 @@
 pragma ComponentBehavior: Bound
 
 import QtQuick
+import QtQuick.Shapes
 import Vantrel.ViewModels
 
-/** Tasks finished in each period by their source, as columns: OmniFocus solid, Reminders outlined above it. */
+/**
+ * Tasks finished in each period by their source, as columns: OmniFocus solid, Reminders above it in a light tone with
+ * an edge, so that more than the colour tells them apart.
+ */
 PlotArea {
     id: root
 
     required property AnalyzeViewModel analyze
 
-    readonly property real barWidth: Math.max(1, Math.min(56, pitch * 0.7))
+    readonly property real barWidth: Math.min(56, pitch * 0.7)
 
     objectName: "stackedChart"
     title: qsTr("Throughput by Source")
-    summary: analyze.stackedSummary
+    summary: chart.stackedSummary
     help: qsTr("Hover over bars to see detailed breakdown")
-    marks: analyze.marks
-    axisLabels: analyze.axisLabels
-    scale: analyze.stackedScale
-    isInset: true
+    chart: analyze.chart
+    scale: chart.stackedScale
+    hasColumns: true
+    currentPeak: yOf(currentMark.omniFocus + currentMark.reminders)
+    tip: currentMark.breakdown
 
     headerContent: Row {
         spacing: Theme.laneGap
@@ -49,29 +54,70 @@ PlotArea {
             }
         }
     }
-    markDelegate: PlotMark {
-        id: mark
+    picture: Item {
+        Repeater {
+            model: root.isDense ? 0 : root.count
 
-        readonly property real seam: root.yOf(modelData.omniFocus)
+            delegate: Item {
+                id: column
 
-        plot: root
-        tip: modelData.breakdown
-        peakY: root.yOf(modelData.omniFocus + modelData.reminders)
+                required property int index
 
-        SourceBar {
-            visible: mark.modelData.omniFocus > 0
-            x: (mark.width - width) / 2
-            y: mark.seam
-            width: root.barWidth
-            height: root.plotHeight - mark.seam
+                readonly property throughputMark mark: root.chart.mark(index)
+                readonly property real seam: root.yOf(mark.omniFocus)
+                readonly property real peak: root.yOf(mark.omniFocus + mark.reminders)
+
+                x: root.xOf(index) - root.barWidth / 2
+
+                SourceBar {
+                    visible: column.mark.omniFocus > 0
+                    y: column.seam
+                    width: root.barWidth
+                    height: root.plotHeight - y
+                }
+                SourceBar {
+                    visible: column.mark.reminders > 0
+                    y: column.peak
+                    width: root.barWidth
+                    height: column.seam - y - (column.mark.omniFocus > 0 ? 1 : 0)
+                    isOutlined: true
+                }
+            }
         }
-        SourceBar {
-            visible: mark.modelData.reminders > 0
-            x: (mark.width - width) / 2
-            y: mark.peakY
-            width: root.barWidth
-            height: mark.seam - mark.peakY - (mark.modelData.omniFocus > 0 ? 1 : 0)
-            isOutlined: true
+        // Where columns are a few pixels wide they stand without a gap.
+        Shape {
+            anchors.fill: parent
+            visible: root.isDense
+
+            ShapePath {
+                strokeWidth: -1
+                fillColor: Theme.remindersWash
+                PathPolyline { path: root.isDense ? root.chart.columns(root.plotWidth, root.plotHeight, true) : [] }
+            }
+            ShapePath {
+                strokeWidth: -1
+                fillColor: Theme.omniFocus
+                PathPolyline { path: root.isDense ? root.chart.columns(root.plotWidth, root.plotHeight, false) : [] }
+            }
+            ShapePath {
+                strokeWidth: 2
+                strokeColor: Theme.reminders
+                fillColor: "transparent"
+                capStyle: ShapePath.FlatCap
+                PathMultiline { paths: root.isDense ? root.chart.reminderEdges(root.plotWidth, root.plotHeight) : [] }
+            }
+        }
+        // The column that is looked at.
+        Rectangle {
+            visible: root.current >= 0
+            x: root.xOf(root.current) - width / 2
+            y: root.currentPeak
+            width: Math.max(4, root.barWidth + 6)
+            height: root.plotHeight - y
+            radius: 3
+            color: "transparent"
+            border.width: root.isDense ? 1 : 2
+            border.color: Theme.accent
         }
     }
 }

@@ -12,54 +12,57 @@ PlotArea {
 
     objectName: "throughputChart"
     title: qsTr("Completed per %1").arg(analyze.unit)
-    summary: analyze.chartSummary
+    summary: chart.summary
     help: qsTr("Hover over the chart to see detailed values")
-    marks: analyze.marks
-    axisLabels: analyze.axisLabels
-    scale: analyze.completedScale
+    chart: analyze.chart
+    scale: chart.completedScale
+    hasColumns: false
+    currentPeak: yOf(currentMark.completed)
+    tip: currentMark.summary
 
-    /** The points of the line; to be filled, with the corners of the axis. */
-    function outline(isFilled: bool): var {
-        const marks = root.marks;
-        const points = marks.map((mark, index) => Qt.point(xOf(index), yOf(mark.completed)));
-        if (isFilled && marks.length > 0)
-            points.push(Qt.point(xOf(marks.length - 1), plotHeight), Qt.point(xOf(0), plotHeight));
-        return points;
-    }
+    picture: Item {
+        Shape {
+            anchors.fill: parent
+            // The graphics card smooths edges in a layer only; without a card they are smooth, and layers wrong at 2x.
+            layer.enabled: GraphicsInfo.api !== GraphicsInfo.Software
+            layer.samples: 4
 
-    picture: Shape {
-        // Smooth edges also where the graphics card draws.
-        layer.enabled: true
-        layer.samples: 4
-
-        ShapePath {
-            strokeWidth: -1
-            fillColor: Theme.accentWash
-            PathPolyline { path: root.outline(true) }
+            ShapePath {
+                strokeWidth: -1
+                fillColor: Theme.accentWash
+                PathPolyline { path: root.chart.areaBelowLine(root.plotWidth, root.plotHeight) }
+            }
+            ShapePath {
+                strokeWidth: root.isDense ? 1.5 : 2
+                strokeColor: Theme.accent
+                fillColor: "transparent"
+                joinStyle: ShapePath.RoundJoin
+                capStyle: ShapePath.RoundCap
+                PathPolyline { path: root.chart.line(root.plotWidth, root.plotHeight) }
+            }
         }
-        ShapePath {
-            strokeWidth: root.isDense ? 1.5 : 2
-            strokeColor: Theme.accent
-            fillColor: "transparent"
-            joinStyle: ShapePath.RoundJoin
-            capStyle: ShapePath.RoundCap
-            PathPolyline { path: root.outline(false) }
-        }
-    }
-    markDelegate: PlotMark {
-        id: mark
-        plot: root
-        tip: modelData.summary
-        peakY: root.yOf(modelData.completed)
+        Repeater {
+            model: root.isDense ? 0 : root.count
 
+            delegate: Rectangle {
+                required property int index
+
+                x: root.xOf(index) - width / 2
+                y: root.yOf(root.chart.mark(index).completed) - height / 2
+                width: 7
+                height: 7
+                radius: 3.5
+                color: Theme.accent
+            }
+        }
         Rectangle {
-            visible: mark.isCurrent || !root.isDense
-            x: (mark.width - width) / 2
-            y: mark.peakY - height / 2
-            width: mark.isCurrent ? 11 : 7
-            height: width
-            radius: width / 2
-            color: mark.isCurrent ? Theme.surface : Theme.accent
+            visible: root.current >= 0
+            x: root.xOf(root.current) - width / 2
+            y: root.currentPeak - height / 2
+            width: 11
+            height: 11
+            radius: 5.5
+            color: Theme.surface
             border.width: 2
             border.color: Theme.accent
         }

@@ -34,7 +34,7 @@ FocusScope {
         Repeater {
             model: root.taskList.viewModes
 
-            T.AbstractButton {
+            T.TabButton {
                 id: button
 
                 required property var modelData
@@ -46,11 +46,13 @@ FocusScope {
                 width: parent?.width ?? 0
                 height: 52
                 focus: index === 0
+                checkable: false
                 hoverEnabled: true
                 text: modelData.label
-                Accessible.role: Accessible.PageTab
                 Accessible.name: text
                 Accessible.description: modelData.help
+                Accessible.selectable: true
+                Accessible.selected: selected
                 Accessible.onPressAction: button.clicked()
                 onClicked: root.taskList.switchToViewMode(modelData.id)
 

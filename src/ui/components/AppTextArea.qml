@@ -20,6 +20,7 @@ T.ScrollView {
 
     implicitWidth: 240
     implicitHeight: 200
+    Accessible.ignored: true
 
     T.ScrollBar.vertical: AppScrollBar {
         parent: root

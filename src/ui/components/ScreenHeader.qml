@@ -25,12 +25,14 @@ Item {
             elide: Text.ElideRight
             Accessible.role: Accessible.Heading
             Accessible.name: text
+            Accessible.description: root.subtitle
         }
         ThemedText {
             width: Math.min(implicitWidth, root.width)
             text: root.subtitle
             color: Theme.secondaryText
             elide: Text.ElideRight
+            Accessible.ignored: true
         }
     }
     Row {

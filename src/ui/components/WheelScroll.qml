@@ -15,6 +15,7 @@ Item {
     readonly property bool vertical: orientation === Qt.Vertical
     readonly property real first: vertical ? flickable.originY - flickable.topMargin
                                            : flickable.originX - flickable.leftMargin
+    readonly property real place: vertical ? flickable.contentY : flickable.contentX
     readonly property real last: Math.max(first, vertical
         ? flickable.originY + flickable.contentHeight + flickable.bottomMargin - flickable.height
         : flickable.originX + flickable.contentWidth + flickable.rightMargin - flickable.width)
@@ -24,9 +25,8 @@ Item {
     /** Moves by so many pixels; false if the view stands at that end already. */
     function scrollBy(distance: real): bool {
         glide.stop();
-        const from = vertical ? flickable.contentY : flickable.contentX;
-        const to = Math.max(first, Math.min(last, from + distance));
-        if (Math.abs(to - from) < 0.5)
+        const to = Math.max(first, Math.min(last, place + distance));
+        if (Math.abs(to - place) < 0.5)
             return false;
         if (vertical)
             flickable.contentY = to;
@@ -36,18 +36,24 @@ Item {
     }
 
     /** Moves to that place, or as near to it as the content goes, where the eye can follow. */
-    function glideTo(place: real) {
+    function glideTo(goal: real) {
         glide.stop();
-        glide.to = Math.max(first, Math.min(last, place));
+        glide.endsAtFirst = goal <= first;
+        glide.to = Math.max(first, Math.min(last, goal));
         glide.start();
     }
 
     NumberAnimation {
         id: glide
+
+        property bool endsAtFirst: false
+
         target: root.flickable
         property: root.vertical ? "contentY" : "contentX"
         duration: Theme.move
         easing.type: Easing.OutCubic
+        // A view of rows of unequal heights learns on the way where its beginning is.
+        onFinished: if (endsAtFirst) root.scrollBy(root.first - root.place)
     }
 
     parent: flickable

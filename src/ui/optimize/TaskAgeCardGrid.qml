@@ -14,6 +14,9 @@ FocusScope {
     required property OptimizeViewModel optimize
     default property alias headerContent: column.data
 
+    // What scrolls away at the top would lie above the toolbar.
+    clip: true
+
     readonly property real gap: Theme.laneGap
     readonly property real innerWidth: width - 2 * Theme.windowPadding
     readonly property bool isCompact: width < 560
@@ -73,7 +76,7 @@ FocusScope {
         Accessible.focusable: true
         Keys.onPressed: event => event.accepted = event.modifiers === Qt.NoModifier && root.optimize.handleKey(event.key)
         // What stands above the cards has grown or shrunk: a view that shows it goes on showing all of it.
-        onTopMarginChanged: if (contentY <= originY) contentY = originY - topMargin
+        onTopMarginChanged: if (contentY <= originY) scroll.scrollBy(scroll.first - contentY)
 
         WheelScroll {
             id: scroll

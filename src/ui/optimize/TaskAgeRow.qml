@@ -30,12 +30,14 @@ Item {
             required property int index
 
             readonly property int place: root.firstIndex + index
+            // Not `visible`: that still changes when the row is on its way out.
+            readonly property bool isThere: index < root.cards.length
 
             x: Theme.windowPadding + index * (root.cardWidth + root.gap)
             width: root.cardWidth
-            visible: index < root.cards.length
-            card: index < root.cards.length ? root.cards[index] : root.noCard
-            isSelected: visible && root.optimize.selectedTaskId === card.id
+            visible: isThere
+            card: isThere ? root.cards[index] : root.noCard
+            isSelected: isThere && root.optimize.selectedTaskId === card.id
             showsFocus: root.hasKeyboard && !isSelected && root.optimize.currentIndex === place
             onTapped: {
                 root.tapped();
