@@ -1,4 +1,5 @@
 #include "foundations/DefaultsKeys.h"
+#include "foundations/Ids.h"
 #include "foundations/Log.h"
 #include "sources/SourceError.h"
 #include "sources/omnifocus/AppleScriptManager.h"
@@ -112,6 +113,8 @@ private Q_SLOTS:
 
         QVERIFY(first != second);
         QVERIFY(m->source().canHandle(first) && m->source().canHandle(m->unknownId));
+        QVERIFY(!m->source().canHandle(u"task-1"_s));
+        QCOMPARE(m->source().canHandle(u"reminder_1"_s), m->unknownId.startsWith(ReminderIdPrefix));
         QCOMPARE(await(m->source().fetchTasks()).size(), 2u);
         const WorkItemPtr fetched = find(second);
         QVERIFY(fetched && !fetched->isComplete() && fetched->creationDate() <= m->store.clock.now());

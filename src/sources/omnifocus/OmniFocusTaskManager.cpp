@@ -157,8 +157,7 @@ void OmniFocusTaskManager::clearCaches()
 
 bool OmniFocusTaskManager::canHandle(const QString &taskId) const
 {
-    const TaskSource source = sourceOf(taskId);
-    return source != TaskSource::Reminders && source != TaskSource::Mock;
+    return hasIdFormOf(TaskManagerType::OmniFocus, taskId);
 }
 
 } // namespace vantrel
