@@ -64,10 +64,12 @@ void extractKeywordTags(QString &text, QStringList &tags)
 {
     static constexpr std::array<QStringView, 5> keywords{u"urgent", u"important", u"work", u"personal",
                                                          u"health"};
+    QString lowerCased = text.toLower();
     for (const QStringView keyword : keywords) {
-        if (!tags.contains(keyword) && text.toLower().contains(keyword)) {
+        if (!tags.contains(keyword) && lowerCased.contains(keyword)) {
             tags.append(keyword.toString());
             text.remove(keyword.toString(), Qt::CaseInsensitive);
+            lowerCased = text.toLower();
         }
     }
 }
@@ -146,7 +148,7 @@ std::optional<Date> NaturalLanguageParser::extractDueDate(QString &text) const
     static const QRegularExpression inDays = compilePattern(u"in (\\d+) days?", IgnoringCase);
 
     if (const std::optional<int> days = extractNearDay(text)) {
-        return dateAfterDays(*days);
+        return *days == 0 ? m_clock.now() : dateAfterDays(m_clock.now().toDateTime(), *days);
     }
     if (const QRegularExpressionMatch match = weekday.match(text); match.hasMatch()) {
         const std::optional<Date> date = dateForNextWeekday(match.captured(1));
@@ -155,7 +157,8 @@ std::optional<Date> NaturalLanguageParser::extractDueDate(QString &text) const
     }
     if (const QRegularExpressionMatch match = inDays.match(text); match.hasMatch()) {
         const std::optional<qint64> days = wholeNumberFromText(match.captured(1));
-        const std::optional<Date> date = days ? dateAfterDays(*days) : std::nullopt;
+        const std::optional<Date> date =
+            days ? dateAfterDays(m_clock.now().toDateTime(), *days) : std::nullopt;
         if (date) {
             remove(match, text);
         }
@@ -196,23 +199,19 @@ std::optional<Date> NaturalLanguageParser::dateForNextWeekday(const QString &nam
         return std::nullopt;
     }
     constexpr qint64 daysInWeek = 7;
-    const qint64 distance = index + 1 - m_clock.now().toDateTime().date().dayOfWeek();
-    return dateAfterDays(distance < 1 ? distance + daysInWeek : distance);
+    const QDateTime now = m_clock.now().toDateTime();
+    const qint64 distance = index + 1 - now.date().dayOfWeek();
+    return dateAfterDays(now, distance < 1 ? distance + daysInWeek : distance);
 }
 
-std::optional<Date> NaturalLanguageParser::dateAfterDays(qint64 days) const
+std::optional<Date> NaturalLanguageParser::dateAfterDays(const QDateTime &now, qint64 days)
 {
-    const Date now = m_clock.now();
-    if (days == 0) {
-        return now;
-    }
-    const QDateTime moment = now.toDateTime();
-    const QDate day = moment.date().addDays(days);
+    const QDate day = now.date().addDays(days);
     constexpr int lastYear = 9999;
     if (!day.isValid() || day.year() > lastYear) {
         return std::nullopt;
     }
-    return Date::fromDateTime(moment.addDays(days));
+    return Date::fromDateTime(now.addDays(days));
 }
 
 } // namespace vantrel

@@ -23,8 +23,8 @@ private:
     std::optional<Date> extractDeferDate(QString &text) const;
     /** The next day of that name, never today, at the present time of day. */
     std::optional<Date> dateForNextWeekday(const QString &name) const;
-    /** The same time of day, `days` calendar days from now; nothing where the calendar ends before. */
-    std::optional<Date> dateAfterDays(qint64 days) const;
+    /** The same time of day, `days` calendar days after `now`; nothing where the calendar ends before. */
+    static std::optional<Date> dateAfterDays(const QDateTime &now, qint64 days);
 
     const Clock &m_clock;
 };

@@ -24,26 +24,22 @@ constexpr std::array FormatLabels{
     QT_TRANSLATE_NOOP("vantrel::TaskExportViewModel", "Grouped by Swimlane"),
 };
 
-/** `line` with what stands between the brackets of a checkbox at its head replaced; a line without one as it
- * is. */
-QString withCheckbox(const QString &line, bool isChecked)
+/** Appends `line` with what stands between the brackets of a checkbox at its head replaced; a line without
+ * one as it is. */
+void appendWithCheckbox(QStringView line, bool isChecked, QString &text)
 {
-    if (!line.startsWith(u'-')) {
-        return line;
-    }
-    qsizetype open = 1;
+    qsizetype open = line.startsWith(u'-') ? 1 : line.size();
     while (open < line.size() && line.at(open).isSpace()) {
         ++open;
     }
-    if (open == line.size() || line.at(open) != u'[') {
-        return line;
-    }
-    const qsizetype close = line.indexOf(u']', open);
+    const qsizetype close = open < line.size() && line.at(open) == u'[' ? line.indexOf(u']', open) : -1;
     if (close < 0) {
-        return line;
+        text += line;
+        return;
     }
-    const QStringView whole(line);
-    return whole.first(open + 1) + (isChecked ? u'x' : u' ') + whole.sliced(close);
+    text += line.first(open + 1);
+    text += isChecked ? u'x' : u' ';
+    text += line.sliced(close);
 }
 
 /** The hashtags of `task` that its name does not hold. */
@@ -73,39 +69,64 @@ QString rawValue(ExportFormat format)
 
 QString PlainTextTaskExporter::formatTask(const WorkItem &task) const
 {
-    const auto *plainText = qobject_cast<const PlainTextWorkItem *>(&task);
-    if (plainText && plainText->originalText()) {
-        return withCheckbox(*plainText->originalText(), task.isComplete());
-    }
-    return composedLine(task);
+    QString line;
+    appendLine(task, line);
+    return line;
 }
 
-QString PlainTextTaskExporter::composedLine(const WorkItem &task) const
+void PlainTextTaskExporter::appendLine(const WorkItem &task, QString &text) const
 {
-    QString line = (task.isComplete() ? u"- [x] " : u"- [ ] ") + task.name();
-    if (const auto project = task.projectName(); project && !project->isEmpty()) {
-        line += u" [" + *project + u']';
+    const auto *plainText = qobject_cast<const PlainTextWorkItem *>(&task);
+    if (plainText && plainText->originalText()) {
+        appendWithCheckbox(*plainText->originalText(), task.isComplete(), text);
+    } else {
+        appendFields(task, text);
     }
-    if (const auto tag = task.tagName(); tag && !tag->isEmpty()) {
-        line += u" #" + *tag;
+}
+
+void PlainTextTaskExporter::appendFields(const WorkItem &task, QString &text) const
+{
+    text += task.isComplete() ? u"- [x] " : u"- [ ] ";
+    text += task.name();
+    if (const auto &project = task.project(); project && !project->name.isEmpty()) {
+        text += u" [" + project->name + u']';
+    }
+    if (const auto &tag = task.tag(); tag && !tag->name.isEmpty()) {
+        text += u" #" + tag->name;
     }
     if (const auto *plainText = qobject_cast<const PlainTextWorkItem *>(&task)) {
         const QStringList hashtags = unnamedHashtags(*plainText);
         if (!hashtags.isEmpty()) {
-            line += (line.endsWith(u' ') ? u"#" : u" #") + hashtags.join(u" #");
+            text += (text.endsWith(u' ') ? u"#" : u" #") + hashtags.join(u" #");
         }
     }
-    if (task.dueDate()) {
-        line += u" due " + m_locale.toString(task.dueDate()->toDateTime().date(), QLocale::ShortFormat);
+    if (const auto date = task.dueDate()) {
+        text += u" due " + dayOf(*date);
     }
-    return line;
+}
+
+const QString &PlainTextTaskExporter::dayOf(Date date) const
+{
+    const auto next = m_days.upper_bound(date);
+    if (next != m_days.begin() && date < std::prev(next)->second.end) {
+        return std::prev(next)->second.text;
+    }
+    const QDate day = date.toDateTime().date();
+    const auto beginOf = [](QDate one) {
+        return Date::fromDateTime(one.startOfDay());
+    };
+    return m_days
+        .insert_or_assign(beginOf(day),
+                          Day{beginOf(day.addDays(1)), m_locale.toString(day, QLocale::ShortFormat)})
+        .first->second.text;
 }
 
 QString PlainTextTaskExporter::exportTasks(const WorkItems &tasks) const
 {
     QString text;
     for (const WorkItemPtr &task : tasks) {
-        text += formatTask(*task) + u'\n';
+        appendLine(*task, text);
+        text += u'\n';
     }
     text.chop(1);
     return text;

@@ -6,6 +6,7 @@
 #include <QLocale>
 #include <QSet>
 
+#include <map>
 #include <vector>
 
 namespace vantrel {
@@ -40,7 +41,10 @@ struct ExportGroup
     QSet<QString> taskIds;
 };
 
-/** Writes tasks as markdown checkbox lines. Dates are worded for the locale given. */
+/**
+ * Writes tasks as markdown checkbox lines. Dates are worded for the locale given. Remembers the days that it
+ * has worded, for tasks share them: made for one export, used by one thread.
+ */
 class PlainTextTaskExporter
 {
 public:
@@ -60,9 +64,19 @@ public:
     QString exportTasksBySwimLanes(const WorkItems &tasks, const std::vector<ExportGroup> &swimlanes) const;
 
 private:
-    QString composedLine(const WorkItem &task) const;
+    struct Day
+    {
+        Date end;
+        QString text;
+    };
+
+    void appendLine(const WorkItem &task, QString &text) const;
+    void appendFields(const WorkItem &task, QString &text) const;
+    const QString &dayOf(Date date) const;
 
     QLocale m_locale;
+    /** By their first moments. */
+    mutable std::map<Date, Day> m_days;
 };
 
 } // namespace vantrel

@@ -172,6 +172,16 @@ private Q_SLOTS:
         QVERIFY(!reopened.text.contains("COMPLETED:") && !reopened.text.contains("PERCENT"));
     }
 
+    void anEditLeavesOtherFieldsAsTheyAreWritten()
+    {
+        for (const char *line : {"SUMMARY:Milk\\Reggs", "SEQUENCE:2147483647", "SEQUENCE;"}) {
+            const QByteArray text = calendar(line);
+            const IcsEdit edit = edited(text, [](Reminder &reminder) { reminder.priority = 1; });
+            QCOMPARE(edit.refusal, QString());
+            QCOMPARE(lines(text, edit.text), QByteArrayList{"DTSTAMP:20260101T000000Z"});
+        }
+    }
+
     void textsSurviveTheirForm()
     {
         const QString longText = u"müsli 🥣 "_s.repeated(60) + u'x';

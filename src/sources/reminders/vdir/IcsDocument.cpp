@@ -46,10 +46,14 @@ qsizetype valueStart(const QByteArray &line)
     return -1;
 }
 
+/** Empty for a line that has no value: it is no property. */
 QByteArray nameOf(const QByteArray &line)
 {
+    if (valueStart(line) < 0) {
+        return {};
+    }
     const auto end = std::find_if(line.begin(), line.end(), [](char c) { return c == ':' || c == ';'; });
-    return end == line.end() ? QByteArray() : line.left(end - line.begin()).trimmed().toUpper();
+    return line.left(end - line.begin()).trimmed().toUpper();
 }
 
 struct Delimiter

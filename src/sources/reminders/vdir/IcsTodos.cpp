@@ -8,6 +8,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <limits>
 
 namespace vantrel {
 
@@ -91,7 +92,9 @@ public:
         m_document.setProperty(m_todo, "DTSTAMP", {}, now);
         m_document.setProperty(m_todo, "LAST-MODIFIED", {}, now);
         const int sequence = m_document.value(m_todo, "SEQUENCE").value_or("0").toInt();
-        m_document.setValue(m_todo, "SEQUENCE", QByteArray::number(sequence + 1));
+        if (sequence < std::numeric_limits<int>::max()) {
+            m_document.setValue(m_todo, "SEQUENCE", QByteArray::number(sequence + 1));
+        }
     }
 
 private:
@@ -160,11 +163,12 @@ QByteArray withSeriesBroughtForward(const QByteArray &text, const QString &fallb
     return result;
 }
 
-/** Line breaks as iCalendar has them, and no other control characters: they have no form there. */
-std::optional<QString> storable(const std::optional<QString> &text)
+/** `text`, if it is another than before, with line breaks as iCalendar has them and no other control
+ * characters: they have no form there. */
+std::optional<QString> storable(const std::optional<QString> &text, const std::optional<QString> &before)
 {
-    if (!text) {
-        return std::nullopt;
+    if (!text || text == before) {
+        return text;
     }
     QString clean = *text;
     clean.remove(u'\r');
@@ -226,8 +230,8 @@ IcsEdit IcsTodos::edit(const QByteArray &original, const QString &fallbackId, co
                        const Reminder &wantedReminder, Date now)
 {
     Reminder wanted = wantedReminder;
-    wanted.title = storable(wanted.title);
-    wanted.notes = storable(wanted.notes);
+    wanted.title = storable(wanted.title, before.title);
+    wanted.notes = storable(wanted.notes, before.notes);
     const bool isCompletion = wanted.isCompleted && !before.isCompleted;
     const QByteArray text = isCompletion ? withSeriesBroughtForward(original, fallbackId) : original;
 
@@ -316,8 +320,8 @@ QByteArray IcsTodos::make(const Reminder &reminder, const QString &uid, Date now
     std::optional<IcsDocument> document = IcsDocument::parse(head + "END:VTODO\r\nEND:VCALENDAR\r\n");
     TodoWriter writer(*document, document->components("VTODO").front(), now);
     Reminder wanted = reminder;
-    wanted.title = storable(reminder.title);
-    wanted.notes = storable(reminder.notes);
+    wanted.title = storable(reminder.title, {});
+    wanted.notes = storable(reminder.notes, {});
     writer.stamp();
     writer.write(Reminder(), wanted);
     return document->text();
