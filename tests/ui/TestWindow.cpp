@@ -126,9 +126,11 @@ void TestWindow::click(const QString &objectName)
 
 void TestWindow::press(const QString &keys)
 {
-    const QKeyCombination combination = QKeySequence::fromString(keys, QKeySequence::PortableText)[0];
-    QTest::keyClick(&window(), combination.key(), combination.keyboardModifiers());
-    services.settle();
+    for (const QString &key : keys.split(u' ')) {
+        const QKeyCombination combination = QKeySequence::fromString(key, QKeySequence::PortableText)[0];
+        QTest::keyClick(&window(), combination.key(), combination.keyboardModifiers());
+        services.settle();
+    }
 }
 
 void TestWindow::type(const QString &text)

@@ -45,6 +45,7 @@ public:
     bool wait(const std::function<bool()> &isTrue);
 
     void click(const QString &objectName);
+    /** One key combination after the other: "Ctrl+N", "Tab Tab Return". */
     void press(const QString &keys);
     void type(const QString &text);
 

@@ -1,6 +1,5 @@
 #include "sources/omnifocus/OmniFocusTaskManager.h"
 
-#include "foundations/Ids.h"
 #include "foundations/Log.h"
 #include "foundations/TimeSlice.h"
 
