@@ -100,7 +100,7 @@ void TestAnalytics::everyPointCountsWhatTheWallClockSays()
 
     QRandomGenerator random(20261103);
     throughput::Tasks tasks;
-    for (int i = 0; i < 1500; ++i) {
+    for (int i = 0; i < 300; ++i) {
         const double back = random.bounded(30 * SecondsPerDay) - 3 * SecondsPerDay;
         const auto source = static_cast<CompletedTask::Source>(random.bounded(3));
         tasks.push_back({calendar.now - back, source});

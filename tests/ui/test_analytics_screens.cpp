@@ -132,6 +132,11 @@ void TestAnalyticsScreens::choicesAreMadeByKey()
     QCOMPARE(childNames(u"throughputChart"_s, QAccessible::Graphic).size(), 3);
     m_window->press(u"Tab"_s);
     m_window->press(u"Return"_s);
+    QVERIFY(m_window->item(u"chartTypePicker"_s)
+                ->property("popup")
+                .value<QObject *>()
+                ->property("visible")
+                .toBool());
     m_window->press(u"Down"_s);
     m_window->press(u"Return"_s);
     QVERIFY(m_window->wait([this] { return m_window->item(u"stackedChart"_s); }));

@@ -10,6 +10,7 @@ T.ComboBox {
     /** What is chosen here, for the screen reader. */
     required property string label
 
+    property bool isReturnDown: false
     readonly property real widestText: {
         let widest = 0;
         for (const text of model)
@@ -28,8 +29,17 @@ T.ComboBox {
     Accessible.name: label
     Accessible.description: displayText
     Accessible.onPressAction: root.popup.open()
-    Keys.onReturnPressed: popup.open()
-    Keys.onEnterPressed: popup.open()
+    // Opens as the key is let go: a list that is open then takes that as a choice.
+    Keys.onReturnPressed: isReturnDown = true
+    Keys.onEnterPressed: isReturnDown = true
+    Keys.onReleased: event => {
+        if (!isReturnDown || event.key !== Qt.Key_Return && event.key !== Qt.Key_Enter)
+            return;
+        isReturnDown = false;
+        event.accepted = !popup.visible;
+        if (!popup.visible)
+            popup.open();
+    }
     Keys.onLeftPressed: step(-1)
     Keys.onRightPressed: step(1)
 

@@ -35,6 +35,11 @@ Item {
         return true;
     }
 
+    /** Ends a glide where it is. */
+    function stop() {
+        glide.stop();
+    }
+
     /** Moves to that place, or as near to it as the content goes, where the eye can follow. */
     function glideTo(goal: real) {
         glide.stop();

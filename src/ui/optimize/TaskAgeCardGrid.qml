@@ -76,7 +76,12 @@ FocusScope {
         Accessible.focusable: true
         Keys.onPressed: event => event.accepted = event.modifiers === Qt.NoModifier && root.optimize.handleKey(event.key)
         // What stands above the cards has grown or shrunk: a view that shows it goes on showing all of it.
-        onTopMarginChanged: if (contentY <= originY) scroll.scrollBy(scroll.first - contentY)
+        onTopMarginChanged: {
+            if (contentY > originY)
+                return;
+            scroll.stop();
+            contentY = originY - topMargin;
+        }
 
         WheelScroll {
             id: scroll
