@@ -34,12 +34,18 @@ QByteArrayList contentLines(const QByteArray &text)
     return lines;
 }
 
-/** "SUMMARY" of "summary;LANGUAGE=en:Milk". */
-QByteArray propertyOf(QByteArray line)
+QByteArray unfolded(QByteArray line)
 {
     for (const char *fold : {"\r\n ", "\r\n\t", "\n ", "\n\t"}) {
         line.replace(fold, "");
     }
+    return line;
+}
+
+/** "SUMMARY" of "summary;LANGUAGE=en:Milk". */
+QByteArray propertyOf(const QByteArray &folded)
+{
+    const QByteArray line = unfolded(folded);
     const auto end = std::find_if(line.begin(), line.end(), [](char c) { return c == ':' || c == ';'; });
     return end == line.end() ? QByteArray() : line.left(end - line.begin()).trimmed().toUpper();
 }
@@ -51,7 +57,7 @@ std::vector<QByteArrayList> pieces(const QByteArray &text)
     int depth = 0;
     for (const QByteArray &line : contentLines(text)) {
         const QByteArray property = propertyOf(line);
-        const bool isTask = line.toUpper().contains("VTODO");
+        const bool isTask = unfolded(line).toUpper().contains("VTODO");
         if (property == "BEGIN" && (depth > 0 || isTask) && depth++ == 0) {
             result.emplace_back();
         }
