@@ -78,9 +78,16 @@ void RawStore::execute(const char *sql)
 
 void RawStore::fill(int tasks, const QStringList &columns, const QStringList &swimLanes)
 {
-    execute("BEGIN IMMEDIATE");
     execute("DELETE FROM plainTextTasks");
     execute("DELETE FROM taskPositions");
+    m_count = 0;
+    insert(tasks, columns, swimLanes);
+    execute("PRAGMA wal_checkpoint(TRUNCATE)");
+}
+
+void RawStore::insert(int tasks, const QStringList &columns, const QStringList &swimLanes)
+{
+    execute("BEGIN IMMEDIATE");
     sqlite3_stmt *task = prepare(
         m_db,
         "INSERT INTO plainTextTasks (id, name, note, creationDate, modificationDate, dueDate, isFlagged, "
@@ -89,7 +96,8 @@ void RawStore::fill(int tasks, const QStringList &columns, const QStringList &sw
         "?, ?, ?, ?, ?, ?, ?, ?)");
     sqlite3_stmt *place = prepare(m_db, Upsert);
     const int cells = static_cast<int>(columns.size() * swimLanes.size());
-    for (int i = 0; i < tasks; ++i) {
+    for (const int end = m_count + tasks; m_count < end; ++m_count) {
+        const int i = m_count;
         const QString id = QStringLiteral("plaintext-%1-0000-4000-8000-%2")
                                .arg(i * 2654435761u, 8, 16, QLatin1Char('0'))
                                .arg(i, 12, 10, QLatin1Char('0'))
@@ -137,7 +145,6 @@ void RawStore::fill(int tasks, const QStringList &columns, const QStringList &sw
     sqlite3_finalize(task);
     sqlite3_finalize(place);
     execute("COMMIT");
-    execute("PRAGMA wal_checkpoint(TRUNCATE)");
 }
 
 void RawStore::readAndUpsertAll()

@@ -21,6 +21,8 @@ public:
     void execute(const char *sql);
     /** Fills the tables with `tasks` plain text tasks, spread over the cells of the board's stored shape. */
     void fill(int tasks, const QStringList &columns, const QStringList &swimLanes);
+    /** Adds tasks in one transaction. */
+    void insert(int tasks, const QStringList &columns, const QStringList &swimLanes);
     /** SELECT of both tables, every column touched, and an upsert of every placement in one transaction. */
     void readAndUpsertAll();
     /** One commit of one row. */
@@ -28,6 +30,7 @@ public:
 
 private:
     sqlite3 *m_db = nullptr;
+    int m_count = 0;
 };
 
 } // namespace vantrel::bench
