@@ -100,12 +100,19 @@ void probeMoves(Probe &probe, BenchBoard &bench, QQuickWindow *window)
     probe.tell(QStringLiteral("moveFloorMedian"), median(floors));
 }
 
+void rest(double seconds)
+{
+    QEventLoop loop;
+    QTimer::singleShot(static_cast<int>(seconds * 1000), &loop, &QEventLoop::quit);
+    loop.exec();
+}
+
 void probeIdle(Probe &probe, int seconds)
 {
+    // What the load leaves to be shown, the sign of saving as the last, has faded by then.
+    rest(3.0);
     const double before = nanoseconds(CLOCK_PROCESS_CPUTIME_ID);
-    QEventLoop loop;
-    QTimer::singleShot(seconds * 1000, &loop, &QEventLoop::quit);
-    loop.exec();
+    rest(seconds);
     const double used = (nanoseconds(CLOCK_PROCESS_CPUTIME_ID) - before) / 1e6;
     probe.tell(QStringLiteral("idleCpuAMinute"), used * 60.0 / seconds);
 }
@@ -123,9 +130,7 @@ void probeBoard(Probe &probe, const QString &folder, int idleSeconds)
     probe.tell(QStringLiteral("completeBoard"), probe.awaitFrame(window));
     LoopWatch().runUntil([&] { return bench.board().loadingState() == BoardLoadingState::Loaded; });
     bench.settle();
-    QEventLoop rest;
-    QTimer::singleShot(1500, &rest, &QEventLoop::quit);
-    rest.exec();
+    rest(1.5);
     probe.tell(QStringLiteral("residentKiB"), static_cast<double>(residentKiB()));
     probe.tell(QStringLiteral("delegates"), countItems(window->contentItem(), card));
     if (idleSeconds > 0) {
