@@ -2,7 +2,6 @@
 #include "board/SwimLaneManager.h"
 #include "foundations/Log.h"
 #include "foundations/NotificationNames.h"
-#include "support/Await.h"
 #include "support/TestRegistry.h"
 #include "support/TestStore.h"
 
@@ -62,13 +61,11 @@ private Q_SLOTS:
     void theFirstStartSavesItsDefaults();
     void columnsStayInTheirGroups();
     void aColumnKeepsItsRole();
-    void aRemovedColumnLeavesItsRowsAndBlocksToItsHeir();
     void theDefaultSwimLaneIsNeverMissing();
     void aLostSwimLaneFileDoesNotHideTheTasksOfTheDefaultOne();
     void swimLaneHeightsStayWithinBounds();
     void theDefaultSwimLaneKeepsItsRole();
     void aChangeOfSwimLanesIsToldOnTheNextTurn();
-    void aRemovedSwimLaneLeavesItsRowsAndBlocksToTheDefaultOne();
 
 private:
     PersistenceManager &store() { return **m_store; }
@@ -132,25 +129,6 @@ void TestBoardShape::aColumnKeepsItsRole()
     manager.addColumn(second);
     QCOMPARE(manager.column(second.id)->position, 1);
     QCOMPARE(manager.column(second.id)->stableId, role + u"_2");
-}
-
-void TestBoardShape::aRemovedColumnLeavesItsRowsAndBlocksToItsHeir()
-{
-    ColumnManager columns(store());
-    const SwimLaneId lane = swimLanes()->defaultSwimLane().id;
-    const Column review = newColumn(u"Review"_s, ColumnType::Active);
-    columns.addColumn(review);
-    store().saveTaskPosition(u"plaintext-1"_s, review.id, 4, lane);
-    store().saveTaskAsBlocked(u"plaintext-1"_s, u"waits for the printer"_s);
-
-    QVERIFY(columns.removeColumn(review.id));
-
-    const std::vector<PersistentTaskPosition> rows = store().loadAllTaskPositions();
-    QCOMPARE(rows.size(), size_t(1));
-    QCOMPARE(rows[0].columnId, columns.columns()[1].id);
-    QCOMPARE(rows[0].swimLaneId, lane);
-    QCOMPARE(rows[0].blockReason, u"waits for the printer"_s);
-    QVERIFY(rows[0].isBlocked);
 }
 
 void TestBoardShape::theDefaultSwimLaneIsNeverMissing()
@@ -235,31 +213,6 @@ void TestBoardShape::aChangeOfSwimLanesIsToldOnTheNextTurn()
     manager->toggleSwimLaneExpanded(manager->swimLanes()[2].id);
     QVERIFY(manager->swimLanes()[2].isExpanded);
     QVERIFY(!manager->swimLanes()[0].isExpanded);
-}
-
-void TestBoardShape::aRemovedSwimLaneLeavesItsRowsAndBlocksToTheDefaultOne()
-{
-    const std::vector<Column> columns = ColumnManager(store()).columns();
-    const auto manager = swimLanes();
-    const SwimLane home = newSwimLane(u"Home"_s);
-    manager->addSwimLane(home);
-    manager->addSwimLane(newSwimLane(u"Work"_s));
-    store().saveTaskPosition(u"plaintext-1"_s, columns[0].id, 0, home.id);
-    store().saveTaskPosition(u"plaintext-2"_s, columns[1].id, 7, home.id);
-    store().saveTaskAsBlocked(u"plaintext-2"_s, u"rain"_s);
-    const QHash<QString, ColumnId> expected{{u"plaintext-1"_s, columns[0].id},
-                                            {u"plaintext-2"_s, columns[1].id}};
-
-    QVERIFY(await(manager->removeSwimLane(manager->defaultSwimLane().id)).isEmpty());
-    QVERIFY(await(manager->removeSwimLane(SwimLaneId::create())).isEmpty());
-    QCOMPARE(await(manager->removeSwimLane(home.id)), expected);
-
-    for (const PersistentTaskPosition &row : store().loadAllTaskPositions()) {
-        QCOMPARE(row.swimLaneId, manager->defaultSwimLane().id);
-        QCOMPARE(row.columnId, expected.value(row.id));
-        QCOMPARE(row.isBlocked, row.id == u"plaintext-2"_s);
-    }
-    QCOMPARE(listed(manager->swimLanes()), u"0 Default, 1 Work"_s);
 }
 
 VANTREL_REGISTER_TEST(TestBoardShape)

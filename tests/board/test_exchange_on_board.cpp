@@ -29,7 +29,6 @@ private Q_SLOTS:
         m_log.reset();
     }
     void aListComesInInItsOrderAboveWhatWasThere();
-    void aListGoesWhereItIsTold();
     void whatCameInIsKept();
     void aRefreshAfterwardsMovesNothing();
     void aTagJoinsThatOfTheBoard();
@@ -71,12 +70,6 @@ void TestExchangeOnBoard::aListComesInInItsOrderAboveWhatWasThere()
     QCOMPARE(import(u"- [ ] a\r\n\r\n* b\n- c #tag\n\t- [x] d"_s), 4);
     QCOMPARE(names(m_board->todo(), m_board->first()),
              (QStringList{u"a"_s, u"* b"_s, u"c"_s, u"d"_s, u"old 1"_s, u"old 2"_s}));
-}
-
-void TestExchangeOnBoard::aListGoesWhereItIsTold()
-{
-    import(u"a\nb"_s, m_board->doing(), m_board->second());
-    QCOMPARE(names(m_board->doing(), m_board->second()), (QStringList{u"a"_s, u"b"_s}));
 }
 
 void TestExchangeOnBoard::whatCameInIsKept()

@@ -65,15 +65,10 @@ class TestLoading : public QObject
 
 private Q_SLOTS:
     void theBarReachesItsEndInSteps();
-    void theBoardIsThereBeforeTheBarEnds();
     void aFailedLoadTellsWhyAndCanBeRepeated();
     void aLaterRefreshLeavesTheStateOfTheLoad();
-    void theDefaultBoardLoadsByItself();
     void anUpdateClearsTheSelectionAndTellsTheCounts();
-    void zoomIsKeptWithinItsBounds_data();
-    void zoomIsKeptWithinItsBounds();
     void allTasksComeInTheOrderOfTheBoard();
-    void aLookupTakesATaskFromTheCache();
     void aBurstOfChangesIsToldOnce();
     void updatesFromSettingsDoNotLoop();
     void aPriorityOnAnEmptyBoardEmptiesNothing();
@@ -102,6 +97,7 @@ void TestLoading::theBarReachesItsEndInSteps()
     QVERIFY(seen.contains(u"0 Initializing..."_s));
     QCOMPARE(seen.mid(seen.size() - 2),
              QStringList({u"0.7 Organizing 2 tasks..."_s, u"0.9 Finalizing..."_s}));
+    QCOMPARE(board.cell(board.todo()), u"a b"_s);
     board.advance(0.49);
     QCOMPARE(board->loadingProgress(), 0.9);
     board.advance(0.02);
@@ -109,17 +105,6 @@ void TestLoading::theBarReachesItsEndInSteps()
     QCOMPARE(board->loadingState(), BoardLoadingState::Loading);
     board.advance(0.3);
     QCOMPARE(board->loadingState(), BoardLoadingState::Loaded);
-}
-
-void TestLoading::theBoardIsThereBeforeTheBarEnds()
-{
-    LoadingBoard board;
-    board.omniFocus.fetches.give(makeTasks(u"a"_s));
-    QVERIFY(!board->hasBeenOrganized());
-    board.load();
-    QVERIFY(board->hasBeenOrganized());
-    QCOMPARE(board.cell(board.todo()), u"a"_s);
-    QCOMPARE(board->loadingState(), BoardLoadingState::Loading);
 }
 
 /** The user has switched to another source meanwhile: it must be that one which is asked. */
@@ -155,16 +140,6 @@ void TestLoading::aLaterRefreshLeavesTheStateOfTheLoad()
     QCOMPARE(board->loadingState(), BoardLoadingState::Loaded);
 }
 
-void TestLoading::theDefaultBoardLoadsByItself()
-{
-    LoadingBoard board;
-    board.omniFocus.fetches.give(makeTasks(u"a"_s));
-    const std::unique_ptr<BoardState> own = BoardState::createDefault(board.services());
-    QCOMPARE(own->loadingState(), BoardLoadingState::NotLoaded);
-    board.settle();
-    QCOMPARE(own->taskCount(), 1);
-}
-
 void TestLoading::anUpdateClearsTheSelectionAndTellsTheCounts()
 {
     LoadingBoard board;
@@ -180,27 +155,6 @@ void TestLoading::anUpdateClearsTheSelectionAndTellsTheCounts()
     QCOMPARE(told, 1);
     board.advance(0.1);
     QCOMPARE(told, 2);
-}
-
-void TestLoading::zoomIsKeptWithinItsBounds_data()
-{
-    QTest::addColumn<double>("stored");
-    QTest::addColumn<double>("zoom");
-    QTest::newRow("small") << 0.1 << 0.5;
-    QTest::newRow("large") << 3.0 << 2.0;
-    QTest::newRow("fine") << 1.3 << 1.3;
-}
-
-void TestLoading::zoomIsKeptWithinItsBounds()
-{
-    QFETCH(double, stored);
-    QFETCH(double, zoom);
-    LoadingBoard board;
-    AppConfiguration configuration;
-    configuration.zoomLevel = stored;
-    board.store->saveAppConfiguration(configuration);
-    board.restart();
-    QCOMPARE(board->zoomLevel(), zoom);
 }
 
 void TestLoading::allTasksComeInTheOrderOfTheBoard()
@@ -220,16 +174,6 @@ void TestLoading::allTasksComeInTheOrderOfTheBoard()
         ids.append(task->id());
     }
     QCOMPARE(ids, QStringList({u"d"_s, u"c"_s, u"a"_s, u"b"_s}));
-}
-
-void TestLoading::aLookupTakesATaskFromTheCache()
-{
-    LoadingBoard board;
-    board.repository().manuallyAddTaskToCache(makeTask(u"cached"_s));
-    QVERIFY(!board->task(u"cached"_s));
-    QVERIFY(board->findTaskById(u"cached"_s));
-    QVERIFY(board->task(u"cached"_s));
-    QVERIFY(!board->findTaskById(u"nowhere"_s));
 }
 
 void TestLoading::aBurstOfChangesIsToldOnce()

@@ -46,9 +46,6 @@ private Q_SLOTS:
     void focusIsHeardOnEachChange();
     void zoomStaysWithinItsBoundsAndSurvivesARestart();
 
-    void aQuadrantIsKeptInStepOnTheItemTheBoardAndTheStore();
-    void aCompletedTaskLosesItsQuadrantForGood();
-
 private:
     BoardState &board() { return **m_board; }
     void move(const QString &id, ColumnId to, std::optional<SwimLaneId> lane = {})
@@ -232,43 +229,6 @@ void TestMeasures::zoomStaysWithinItsBoundsAndSurvivesARestart()
     m_board->restart();
     QCOMPARE(board().zoomLevel(), 2.0);
     QCOMPARE(m_board->store->loadAppConfiguration().zoomLevel, 30.0);
-}
-
-void TestMeasures::aQuadrantIsKeptInStepOnTheItemTheBoardAndTheStore()
-{
-    m_board->organize(makeTasks(2));
-
-    board().assignEisenhowerPriority(u"t0"_s, EisenhowerPriority::DoNow);
-    QCOMPARE(board().task(u"t0"_s)->eisenhowerPriority(), EisenhowerPriority::DoNow);
-    QCOMPARE(board().getTaskCount(EisenhowerPriority::DoNow), 1);
-    QCOMPARE(board().getTaskCount(EisenhowerPriority::Unsorted), 1);
-    m_board->settle();
-    m_board->restart();
-    m_board->organize(makeTasks(2));
-    QCOMPARE(board().task(u"t0"_s)->eisenhowerPriority(), EisenhowerPriority::DoNow);
-
-    board().removeEisenhowerPriority(u"t0"_s);
-    QCOMPARE(board().getTaskCount(EisenhowerPriority::Unsorted), 2);
-    m_board->settle();
-    QVERIFY(m_board->store->loadAllEisenhowerPriorities().isEmpty());
-    QCOMPARE(board().task(u"t0"_s)->eisenhowerPriority(), EisenhowerPriority::Unsorted);
-}
-
-void TestMeasures::aCompletedTaskLosesItsQuadrantForGood()
-{
-    m_board->organize(makeTasks(2));
-    board().assignEisenhowerPriority(u"t0"_s, EisenhowerPriority::DoNow);
-    m_board->settle();
-
-    board().task(u"t0"_s)->setComplete(true);
-    board().updateEisenhowerTaskCategorization();
-    QCOMPARE(board().getTaskCount(EisenhowerPriority::DoNow), 0);
-    QVERIFY(m_board->store->loadAllEisenhowerPriorities().isEmpty());
-
-    board().task(u"t0"_s)->setComplete(false);
-    m_board->settle();
-    board().updateEisenhowerTaskCategorization();
-    QCOMPARE(board().getTaskCount(EisenhowerPriority::Unsorted), 2);
 }
 
 VANTREL_REGISTER_TEST(TestMeasures)

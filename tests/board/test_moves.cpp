@@ -59,15 +59,12 @@ class TestMoves : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void aReorderPutsTheCardWhereItWasDropped_data();
     void aReorderPutsTheCardWhereItWasDropped();
     void aReorderChangesOneNumber();
     void aReorderOfNothingIsSilent();
-    void aNewcomerStandsWhereItWasDropped_data();
     void aNewcomerStandsWhereItWasDropped();
     void aMoveIsToldAndStored();
     void onlyLeavingAnOpenColumnNumbersTheOldCell();
-    void aMoveSoundsLikeItsTarget_data();
     void aMoveSoundsLikeItsTarget();
     void refusedMovesChangeNothing();
     void aTaskWithoutAPlaceIsTakenAsNew();
@@ -78,44 +75,35 @@ private Q_SLOTS:
     void aBlockedTaskIsFreedByCompletion();
     void movingBackWhileTheSourceIsToldWins();
     void aTaskReplacedMeanwhileStaysReplaced();
-    void theSourceThatWasToldIsNotToldAgain();
     void theSwimLaneMenuIsSilent();
-    void aDirectMoveNeedsItsColumn_data();
     void aDirectMoveNeedsItsColumn();
     void directMovesDoNotPileUp();
     void removingATaskForgetsAllOfIt();
 };
 
-void TestMoves::aReorderPutsTheCardWhereItWasDropped_data()
-{
-    QTest::addColumn<QString>("id");
-    QTest::addColumn<std::optional<int>>("target");
-    QTest::addColumn<QString>("order");
-
-    using Target = std::optional<int>;
-    QTest::newRow("up") << u"d"_s << Target(1) << u"a d b c"_s;
-    QTest::newRow("down") << u"a"_s << Target(2) << u"b c a d"_s;
-    QTest::newRow("past the end") << u"b"_s << Target(99) << u"a c d b"_s;
-    QTest::newRow("before the head") << u"c"_s << Target(-1) << u"c a b d"_s;
-    QTest::newRow("first without a wish goes down") << u"a"_s << Target() << u"b a c d"_s;
-    QTest::newRow("last without a wish goes up") << u"d"_s << Target() << u"a b d c"_s;
-    QTest::newRow("middle without a wish goes up") << u"c"_s << Target() << u"a c b d"_s;
-}
-
 void TestMoves::aReorderPutsTheCardWhereItWasDropped()
 {
-    QFETCH(QString, id);
-    QFETCH(std::optional<int>, target);
-    QFETCH(QString, order);
+    using Target = std::optional<int>;
+    const std::vector<std::tuple<QString, Target, QString>> rows{
+        {u"d"_s, 1, u"a d b c"_s},
+        {u"a"_s, 2, u"b c a d"_s},
+        {u"b"_s, 99, u"a c d b"_s},
+        {u"c"_s, -1, u"c a b d"_s},
+        // Without a wish the first goes down, and any other up.
+        {u"a"_s, {}, u"b a c d"_s},
+        {u"d"_s, {}, u"a b d c"_s},
+        {u"c"_s, {}, u"a c b d"_s},
+    };
+    for (const auto &[id, target, order] : rows) {
+        FourTasks board;
+        board->moveTask(board.task(id), board.todo(), {}, target);
+        QCOMPARE(board.cell(board.todo()), order);
+        QCOMPARE(board.stateOf(id), State::Success);
 
-    FourTasks board;
-    board->moveTask(board.task(id), board.todo(), {}, target);
-    QCOMPARE(board.cell(board.todo()), order);
-    QCOMPARE(board.stateOf(id), State::Success);
-
-    board.restart();
-    board.organize(omniFocusTasks(u"d c b a"_s));
-    QCOMPARE(board.cell(board.todo()), order);
+        board.restart();
+        board.organize(omniFocusTasks(u"d c b a"_s));
+        QCOMPARE(board.cell(board.todo()), order);
+    }
 }
 
 void TestMoves::aReorderChangesOneNumber()
@@ -142,37 +130,26 @@ void TestMoves::aReorderOfNothingIsSilent()
     QCOMPARE(board.stateOf(u"b"_s), State::Idle);
 }
 
-void TestMoves::aNewcomerStandsWhereItWasDropped_data()
-{
-    QTest::addColumn<std::optional<int>>("position");
-    QTest::addColumn<QString>("order");
-    QTest::addColumn<QString>("stored");
-
-    using Position = std::optional<int>;
-    QTest::newRow("head") << Position(0) << u"d a b c"_s << u"d:0 a:1 b:2 c:3"_s;
-    QTest::newRow("between") << Position(2) << u"a b d c"_s << u"a:0 b:1 d:2 c:3"_s;
-    QTest::newRow("end") << Position() << u"a b c d"_s << u"a:0 b:1 c:2 d:3"_s;
-    QTest::newRow("past the end") << Position(99) << u"a b c d"_s << u"a:0 b:1 c:2 d:3"_s;
-}
-
 /** Also where the cell has gaps and ties, as a completed column may. */
 void TestMoves::aNewcomerStandsWhereItWasDropped()
 {
-    QFETCH(std::optional<int>, position);
-    QFETCH(QString, order);
-    QFETCH(QString, stored);
+    const std::vector<std::pair<std::optional<int>, QString>> rows{{0, u"d:0 a:1 b:2 c:3"_s},
+                                                                   {2, u"a:0 b:1 d:2 c:3"_s},
+                                                                   {std::nullopt, u"a:0 b:1 c:2 d:3"_s},
+                                                                   {99, u"a:0 b:1 c:2 d:3"_s}};
+    for (const auto &[position, stored] : rows) {
+        TestBoard board;
+        board.store->saveTaskPosition(u"a"_s, board.done(), 3, board.first());
+        board.store->saveTaskPosition(u"b"_s, board.done(), 7, board.first());
+        board.store->saveTaskPosition(u"c"_s, board.done(), 7, board.first());
+        board.organize(omniFocusTasks(u"a b c d"_s));
+        QCOMPARE(board.numbers(board.done()), u"a:3 b:7 c:7"_s);
 
-    TestBoard board;
-    board.store->saveTaskPosition(u"a"_s, board.done(), 3, board.first());
-    board.store->saveTaskPosition(u"b"_s, board.done(), 7, board.first());
-    board.store->saveTaskPosition(u"c"_s, board.done(), 7, board.first());
-    board.organize(omniFocusTasks(u"a b c d"_s));
-    QCOMPARE(board.numbers(board.done()), u"a:3 b:7 c:7"_s);
-
-    board->moveTaskWithoutTellingSource(board->task(u"d"_s), board.done(), {}, position);
-    QCOMPARE(board.cell(board.done()), order);
-    board.settle();
-    QCOMPARE(board.storedCell(board.done()), stored);
+        board->moveTaskWithoutTellingSource(board->task(u"d"_s), board.done(), {}, position);
+        QCOMPARE(board.cell(board.done()), QString(stored).remove(QRegularExpression(u":\\d"_s)));
+        board.settle();
+        QCOMPARE(board.storedCell(board.done()), stored);
+    }
 }
 
 void TestMoves::aMoveIsToldAndStored()
@@ -217,31 +194,21 @@ void TestMoves::onlyLeavingAnOpenColumnNumbersTheOldCell()
     QCOMPARE(board.storedCell(board.done()), u"c:1"_s);
 }
 
-void TestMoves::aMoveSoundsLikeItsTarget_data()
-{
-    QTest::addColumn<int>("column");
-    QTest::addColumn<bool>("isOtherSwimLane");
-    QTest::addColumn<Sound>("sound");
-    QTest::addColumn<QString>("announcement");
-
-    QTest::newRow("column") << 1 << false << Sound::ColumnMove << u"Task moved to Doing column"_s;
-    QTest::newRow("swimlane") << 1 << true << Sound::SwimLaneMove << u"Task moved to Second swimlane"_s;
-    QTest::newRow("completed") << 2 << true << Sound::Completion << u"Task marked complete"_s;
-}
-
 void TestMoves::aMoveSoundsLikeItsTarget()
 {
-    QFETCH(int, column);
-    QFETCH(bool, isOtherSwimLane);
-    QFETCH(Sound, sound);
-    QFETCH(QString, announcement);
-
-    FourTasks board;
-    board.omniFocus.edits.give(true);
-    board->moveTask(board.task(u"a"_s), board->columnManager().columns().at(static_cast<size_t>(column)).id,
-                    isOtherSwimLane ? board.second() : board.first());
-    QCOMPARE(board.desktop.sounds.played, std::vector<Sound>{sound});
-    QCOMPARE(board.announcer.history(), QStringList(announcement));
+    const std::vector<std::tuple<size_t, bool, Sound, QString>> rows{
+        {1, false, Sound::ColumnMove, u"Task moved to Doing column"_s},
+        {1, true, Sound::SwimLaneMove, u"Task moved to Second swimlane"_s},
+        {2, true, Sound::Completion, u"Task marked complete"_s},
+    };
+    for (const auto &[column, isOtherSwimLane, sound, announcement] : rows) {
+        FourTasks board;
+        board.omniFocus.edits.give(true);
+        board->moveTask(board.task(u"a"_s), board->columnManager().columns().at(column).id,
+                        isOtherSwimLane ? board.second() : board.first());
+        QCOMPARE(board.desktop.sounds.played, std::vector<Sound>{sound});
+        QCOMPARE(board.announcer.history(), QStringList(announcement));
+    }
 }
 
 void TestMoves::refusedMovesChangeNothing()
@@ -383,15 +350,6 @@ void TestMoves::aTaskReplacedMeanwhileStaysReplaced()
     QCOMPARE(board.cell(board.done()), u"a"_s);
 }
 
-void TestMoves::theSourceThatWasToldIsNotToldAgain()
-{
-    FourTasks board;
-    board->moveTaskWithoutTellingSource(board.task(u"a"_s), board.done());
-    board.settle();
-    QVERIFY(board.omniFocus.requests.isEmpty());
-    QCOMPARE(board.stateOf(u"a"_s), State::Success);
-}
-
 void TestMoves::theSwimLaneMenuIsSilent()
 {
     FourTasks board;
@@ -405,37 +363,31 @@ void TestMoves::theSwimLaneMenuIsSilent()
     QVERIFY(board.desktop.sounds.played.empty());
 }
 
-void TestMoves::aDirectMoveNeedsItsColumn_data()
-{
-    QTest::addColumn<QVariantMap>("info");
-    QTest::addColumn<QString>("order");
-
-    // The column and the swimlane are put in by the test, which knows them.
-    QTest::newRow("whole") << QVariantMap{{u"task"_s, u"b"_s}, {u"columnId"_s, 0}, {u"position"_s, 2}}
-                           << u"a c b d"_s;
-    QTest::newRow("other column") << QVariantMap{{u"task"_s, u"b"_s}, {u"columnId"_s, 1}, {u"position"_s, 2}}
-                                  << u"a b c d"_s;
-    QTest::newRow("no column") << QVariantMap{{u"task"_s, u"b"_s}, {u"position"_s, 2}} << u"a b c d"_s;
-    QTest::newRow("no position") << QVariantMap{{u"task"_s, u"b"_s}, {u"columnId"_s, 0}} << u"a b c d"_s;
-    QTest::newRow("unknown task") << QVariantMap{{u"task"_s, u"x"_s}, {u"columnId"_s, 0}, {u"position"_s, 2}}
-                                  << u"a b c d"_s;
-}
-
 void TestMoves::aDirectMoveNeedsItsColumn()
 {
-    QFETCH(QVariantMap, info);
-    QFETCH(QString, order);
-
     FourTasks board;
-    if (info.contains(u"columnId"_s)) {
-        const ColumnId column = info.value(u"columnId"_s).toInt() == 0 ? board.todo() : board.doing();
-        info.insert(u"columnId"_s, column.text());
+    const auto post = [&board](const QVariantMap &info) {
+        board.advance(0.2);
+        board.notifications.post(notifications::TaskDirectMoveRequested, {}, info);
+        return board->didActOnLastDirectMove();
+    };
+    const QVariantMap whole{{u"task"_s, u"b"_s}, {u"columnId"_s, board.todo().text()}, {u"position"_s, 2}};
+    for (const auto &[key, value] : {std::pair(u"columnId"_s, QVariant(board.doing().text())),
+                                     {u"columnId"_s, QVariant()},
+                                     {u"position"_s, QVariant()},
+                                     {u"task"_s, QVariant(u"x"_s)}}) {
+        QVariantMap info = whole;
+        info.insert(key, value);
+        if (!value.isValid()) {
+            info.remove(key);
+        }
+        QVERIFY2(!post(info), qPrintable(key));
+        QCOMPARE(board.cell(board.todo()), u"a b c d"_s);
     }
-    board.notifications.post(notifications::TaskDirectMoveRequested, {}, info);
-    QCOMPARE(board.cell(board.todo()), order);
-    QCOMPARE(board->didActOnLastDirectMove(), order != u"a b c d"_s);
+    QVERIFY(post(whole));
+    QCOMPARE(board.cell(board.todo()), u"a c b d"_s);
     board.settle();
-    QCOMPARE(board.storedCell(board.todo()).remove(QRegularExpression(u":\\d"_s)), order);
+    QCOMPARE(board.storedCell(board.todo()), u"a:0 c:1 b:2 d:3"_s);
 }
 
 /** A key held down: what is dropped must not be announced as done. */

@@ -1,5 +1,4 @@
 #include "TestBoard.h"
-#include "foundations/Log.h"
 #include "foundations/NotificationNames.h"
 #include "foundations/OmniFocusTask.h"
 #include "foundations/ReminderWorkItem.h"
@@ -43,43 +42,24 @@ class TestOrganisation : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void tasksReturnToWhereTheyWereLeft();
     void aSourceThatFailsLosesNothing();
     void onlyAnAnswerEmptiesTheStore();
     void aStoreThatCannotBeReadIsLeftAlone();
     void aSecondBoardTouchesNothing();
-    void ofTwoTasksWithOneIdTheFirstCounts();
-    void aCardMovedDuringARefreshStays();
     void aCardWhoseRowIsHealedMayBeMovedMeanwhile();
     void aColumnRemovedDuringARefreshTakesNoTask();
     void aCardMovedJustBeforeARefreshStays();
     void theLastOfSeveralRefreshesCounts();
     void aTaskDeletedDuringARefreshStaysDeleted();
-    void aTaskCreatedDuringARefreshKeepsItsPlace();
     void anUnblockedTaskIsNotBlockedAgain();
     void aQuadrantGivenDuringARefreshStays();
     void aBlockedReminderStaysBlocked();
-    void theClockDoesNotMatter();
     void aBoardThatStartsOverIsCopiedFirst();
     void aTaskInALostSwimLaneIsStillSeen();
     void theBoardIsNeverEmptyInBetween();
     void anUnchangedBoardIsNotWrittenAgain();
     void focusEndsWithItsTask();
 };
-
-void TestOrganisation::tasksReturnToWhereTheyWereLeft()
-{
-    TestBoard board;
-    board.organize(makeTasks(u"a b c"_s));
-    board->moveTask(board->task(u"b"_s), board.doing(), board.second());
-    board->moveTask(board->task(u"c"_s), board.todo(), {}, 0);
-    board.restart();
-
-    board.organize(makeTasks(u"a b c d"_s));
-    QCOMPARE(board.cell(board.todo()), u"c a d"_s);
-    QCOMPARE(board.cell(board.doing(), board.second()), u"b"_s);
-    QVERIFY(board->hasBeenOrganized());
-}
 
 /** OmniFocus is not running. Its cards would lose their columns, block reasons and quadrants. */
 void TestOrganisation::aSourceThatFailsLosesNothing()
@@ -146,34 +126,6 @@ void TestOrganisation::aSecondBoardTouchesNothing()
     board.settle();
     QCOMPARE(board.storedIds(), u"a b"_s);
     QCOMPARE(board.store->loadAllEisenhowerPriorities().size(), 1);
-}
-
-void TestOrganisation::ofTwoTasksWithOneIdTheFirstCounts()
-{
-    const LogWriter writer(LogWriter::Output::Silent);
-    TestBoard board;
-    const WorkItemPtr first = makeTask(u"a"_s, u"First"_s);
-    board.organize({first, makeTask(u"a"_s, u"Second"_s), makeTask(u"b"_s)});
-    QCOMPARE(board->task(u"a"_s), first);
-    QCOMPARE(board.cell(board.todo()), u"a b"_s);
-    QVERIFY(LogWriter::recentMessages().contains(u"Duplicate values for key: 'a'"_s));
-}
-
-void TestOrganisation::aCardMovedDuringARefreshStays()
-{
-    TestBoard board;
-    board.organize(makeTasks(u"a b c"_s));
-    board->updateTasks(makeTasks(u"a b c d"_s));
-    board->moveTask(board->task(u"b"_s), board.doing());
-    board->moveTask(board->task(u"c"_s), board.todo(), {}, 0);
-    board.settle();
-    QCOMPARE(board.cell(board.doing()), u"b"_s);
-    QCOMPARE(board.cell(board.todo()), u"c a d"_s);
-
-    board.restart();
-    board.organize(makeTasks(u"a b c d"_s));
-    QCOMPARE(board.cell(board.doing()), u"b"_s);
-    QCOMPARE(board.cell(board.todo()), u"c a d"_s);
 }
 
 /** The refresh would heal the row that it has read, over the move. */
@@ -256,18 +208,6 @@ void TestOrganisation::aTaskDeletedDuringARefreshStaysDeleted()
     QVERIFY(board.store->loadAllEisenhowerPriorities().isEmpty());
 }
 
-/** The refresh asked before the task was there: its new row must not pass for that of a vanished task. */
-void TestOrganisation::aTaskCreatedDuringARefreshKeepsItsPlace()
-{
-    TestBoard board;
-    board.organize(makeTasks(u"plaintext-a"_s));
-    const WorkItemPtr created = makeTask(u"plaintext-n"_s);
-    board.store->saveTaskPosition(u"plaintext-n"_s, board.doing(), 0, board.second());
-    board.repository().manuallyAddTaskToCache(created);
-    board.organize(makeTasks(u"plaintext-a"_s));
-    QCOMPARE(board.storedCell(board.doing(), board.second()), u"plaintext-n:0"_s);
-}
-
 void TestOrganisation::anUnblockedTaskIsNotBlockedAgain()
 {
     TestBoard board;
@@ -310,23 +250,6 @@ void TestOrganisation::aBlockedReminderStaysBlocked()
     board.restart();
     board.organize({makeReminder(u"reminder_r"_s)});
     QCOMPARE(board->task(u"reminder_r"_s)->blockReason(), u"shop is closed"_s);
-}
-
-void TestOrganisation::theClockDoesNotMatter()
-{
-    TestBoard board;
-    board.organize(makeTasks(u"a b c"_s));
-    board.store.clock.jumpTo(Date(0.0));
-    board->moveTask(board->task(u"c"_s), board.todo(), {}, 0);
-    board.settle();
-    board.store.clock.jumpTo(Date(2e9));
-    board->moveTask(board->task(u"b"_s), board.doing());
-    board.settle();
-    board.store.clock.jumpTo(Date(8e8));
-    board.restart();
-    board.organize(makeTasks(u"a b c"_s));
-    QCOMPARE(board.cell(board.todo()), u"c a"_s);
-    QCOMPARE(board.cell(board.doing()), u"b"_s);
 }
 
 void TestOrganisation::aBoardThatStartsOverIsCopiedFirst()

@@ -175,9 +175,7 @@ class TestTaskPlacement : public QObject
 private Q_SLOTS:
     void everyTaskFindsItsPlace_data();
     void everyTaskFindsItsPlace();
-    void onlyRowsThatDifferAreWritten_data();
     void onlyRowsThatDifferAreWritten();
-    void rowsAreStaleOnlyWhereTheSourceAnswered_data();
     void rowsAreStaleOnlyWhereTheSourceAnswered();
     void absentTasksComeBackToTheirTurn();
     void equalNumbersKeepTheOrderShown();
@@ -233,53 +231,32 @@ void TestTaskPlacement::everyTaskFindsItsPlace()
     QVERIFY(answer.changed.empty());
 }
 
-void TestTaskPlacement::onlyRowsThatDifferAreWritten_data()
-{
-    QTest::addColumn<QString>("tasks");
-    QTest::addColumn<QString>("rows");
-    QTest::addColumn<QString>("written");
-
-    const auto row = [](const char *name, const QString &tasks, const QString &rows, const QString &written) {
-        QTest::newRow(name) << tasks << rows << written;
-    };
-    row("nothing changed", u"k l"_s, u"k@q1:0 l@q1:1"_s, u""_s);
-    row("renumbered", u"k l"_s, u"k@q1:0 l@q1:4"_s, u"l@q1:1"_s);
-    row("new", u"k n"_s, u"k@q1:0"_s, u"n@q1:1"_s);
-    row("a block is carried along, whatever the item says", u"k l"_s, u"k@q1:1#waiting l@q1:5"_s,
-        u"k@q1:0#waiting l@q1:1"_s);
-    row("a lost swimlane is not written", u"k"_s, u"k@a9:2"_s, u""_s);
-}
-
 void TestTaskPlacement::onlyRowsThatDifferAreWritten()
 {
-    QFETCH(QString, tasks);
-    QFETCH(QString, rows);
-    QFETCH(QString, written);
-
-    const Scene scene(u"qac"_s, tasks, rows);
-    QCOMPARE(scene.writtenBy(placeTasks(scene.question)), written);
-}
-
-void TestTaskPlacement::rowsAreStaleOnlyWhereTheSourceAnswered_data()
-{
-    QTest::addColumn<TaskSources>("answered");
-    QTest::addColumn<QString>("stale");
-
-    QTest::newRow("all") << AllTaskSources << u"omni plaintext-p! reminder_r"_s;
-    QTest::newRow("OmniFocus failed")
-        << (AllTaskSources & ~TaskSources(TaskSource::OmniFocus)) << u"plaintext-p! reminder_r"_s;
-    QTest::newRow("only plain text was asked") << TaskSources(TaskSource::PlainText) << u"plaintext-p!"_s;
-    QTest::newRow("none") << TaskSources() << u""_s;
+    for (const auto &[tasks, rows, written] : {
+             std::tuple(u"k l"_s, u"k@q1:0 l@q1:1"_s, u""_s),
+             {u"k l"_s, u"k@q1:0 l@q1:4"_s, u"l@q1:1"_s},
+             {u"k n"_s, u"k@q1:0"_s, u"n@q1:1"_s},
+             // A block is carried along, whatever the item says; a lost swimlane is not written.
+             {u"k l"_s, u"k@q1:1#waiting l@q1:5"_s, u"k@q1:0#waiting l@q1:1"_s},
+             {u"k"_s, u"k@a9:2"_s, u""_s},
+         }) {
+        const Scene scene(u"qac"_s, tasks, rows);
+        QCOMPARE(scene.writtenBy(placeTasks(scene.question)), written);
+    }
 }
 
 void TestTaskPlacement::rowsAreStaleOnlyWhereTheSourceAnswered()
 {
-    QFETCH(TaskSources, answered);
-    QFETCH(QString, stale);
-
-    Scene scene(u"qac"_s, u"k"_s, u"k@q1:0 omni@q1:1 reminder_r@x2:0 plaintext-p@c1:0"_s);
-    scene.question.answered = answered;
-    QCOMPARE(Scene::staleOf(placeTasks(scene.question)), stale);
+    for (const auto &[answered, stale] :
+         {std::pair(AllTaskSources, u"omni plaintext-p! reminder_r"_s),
+          {AllTaskSources & ~TaskSources(TaskSource::OmniFocus), u"plaintext-p! reminder_r"_s},
+          {TaskSource::PlainText, u"plaintext-p!"_s},
+          {TaskSources(), u""_s}}) {
+        Scene scene(u"qac"_s, u"k"_s, u"k@q1:0 omni@q1:1 reminder_r@x2:0 plaintext-p@c1:0"_s);
+        scene.question.answered = answered;
+        QCOMPARE(Scene::staleOf(placeTasks(scene.question)), stale);
+    }
 }
 
 /** OmniFocus is not running: its tasks vanish from the board for a while, and their order must not. */

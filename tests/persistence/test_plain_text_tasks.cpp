@@ -20,14 +20,12 @@ private Q_SLOTS:
 
     void readsBackWhatWasSaved_data();
     void readsBackWhatWasSaved();
-    void keepsTheFirstCreationDate();
     void takesTheTimeOfSavingForAnAbsentModificationDate();
     void losesOnlyHashtagsThatMakeNoSense_data();
     void losesOnlyHashtagsThatMakeNoSense();
     void deletesAllOfItsOwnTasksAndNoOthers();
     void bringsAnOldDatabaseUpToDate_data();
     void bringsAnOldDatabaseUpToDate();
-    void givesAMigratedDatabaseTheFreshSchema();
     void leavesANewerDatabaseAsItIs();
 
 private:
@@ -98,21 +96,6 @@ void TestPlainTextTasks::readsBackWhatWasSaved()
     const std::optional<PlainTextReading> again = await(store->readPlainTextTasks(read->mark));
     QVERIFY(!again->isUnchanged);
     QCOMPARE(again->rows, std::vector{record});
-}
-
-void TestPlainTextTasks::keepsTheFirstCreationDate()
-{
-    TestStore store;
-    PlainTextRecord record = fullRecord();
-    store->savePlainTextTask(record);
-    record.fields.creationDate = Date(99.0);
-    record.fields.name = u"Call Bob"_s;
-    store->savePlainTextTask(record);
-
-    const std::vector<PlainTextRecord> read = store->loadPlainTextTasks();
-    QCOMPARE(read.size(), 1u);
-    QCOMPARE(read.front().fields.creationDate, Date(1.1));
-    QCOMPARE(read.front().fields.name, u"Call Bob"_s);
 }
 
 void TestPlainTextTasks::takesTheTimeOfSavingForAnAbsentModificationDate()
@@ -213,27 +196,9 @@ void TestPlainTextTasks::bringsAnOldDatabaseUpToDate()
     QCOMPARE(store->loadPlainTextTasks(), std::vector{record});
     QTEST(static_cast<int>(LogWriter::recentMessages().filter(u"no migration needed"_s).size()),
           "startsWithoutMigration");
-}
-
-void TestPlainTextTasks::givesAMigratedDatabaseTheFreshSchema()
-{
     TestStore fresh;
     fresh.close();
-    TestStore old;
-    old.close();
-    QVERIFY(QFile::remove(old.databasePath()));
-    QVERIFY(
-        RawDatabase(old.databasePath())
-            .run(
-                u"CREATE TABLE plainTextTasks (id TEXT PRIMARY KEY, name TEXT NOT NULL, note TEXT, "
-                "creationDate REAL NOT NULL, modificationDate REAL NOT NULL, dueDate REAL, deferDate REAL, "
-                "completionDate REAL, isFlagged INTEGER DEFAULT 0, isComplete INTEGER DEFAULT 0, projectName "
-                "TEXT, projectId TEXT, tagName TEXT, tagId TEXT)"_s));
-    old.reopen();
-    old.close();
-
-    QCOMPARE(schema(old), schema(fresh));
-    QVERIFY(schema(fresh).contains(u"boardJournal occurredAt REAL 1 0"_s));
+    QCOMPARE(schema(store), schema(fresh));
 }
 
 void TestPlainTextTasks::leavesANewerDatabaseAsItIs()

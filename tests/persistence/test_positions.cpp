@@ -30,7 +30,6 @@ private Q_SLOTS:
 
     void repairsGapsAndTies_data();
     void repairsGapsAndTies();
-    void keepsTheBlockWhenATaskMoves_data();
     void keepsTheBlockWhenATaskMoves();
     void blocksATaskThatHasNoPlaceYet();
     void unblockingAnUnknownTaskMakesNoRow();
@@ -38,7 +37,6 @@ private Q_SLOTS:
     void putsATaskWithoutASwimLaneIntoTheDefaultOne();
     void placesTasksBehindTheLastOne();
     void emptiesAColumnAndASwimLaneWithoutLosingABlock();
-    void writesNothingOfADeletedTask_data();
     void writesNothingOfADeletedTask();
     void readsWhatOthersWrote_data();
     void readsWhatOthersWrote();
@@ -46,7 +44,6 @@ private Q_SLOTS:
     void keepsEveryTextAndMoment();
     void leavesRowsThatDoNotChangeAlone();
     void readsTheBoardInOnePass();
-    void seesWhatAnotherConnectionWrote();
     void writesNothingOffTheDatabaseThread();
 
 private:
@@ -138,41 +135,28 @@ void TestPositions::repairsGapsAndTies()
     QCOMPARE(stored(u"in another lane"_s).position, 7);
 }
 
-void TestPositions::keepsTheBlockWhenATaskMoves_data()
-{
-    QTest::addColumn<int>("way");
-    QTest::newRow("one placement") << 0;
-    QTest::newRow("a batch of placements") << 1;
-    QTest::newRow("an awaited batch") << 2;
-    QTest::newRow("to the end of a cell") << 3;
-}
-
 void TestPositions::keepsTheBlockWhenATaskMoves()
 {
-    QFETCH(int, way);
-    store().saveTaskPosition(u"t"_s, m_columns.at(0).id, 0, m_lanes.at(0).id);
-    store().saveTaskAsBlocked(u"t"_s, u"waits for Ann"_s);
-
     const TaskPosition target = place(u"t"_s, 1, 1, 0);
-    switch (way) {
-    case 0:
-        store().saveTaskPosition(u"t"_s, target.columnId, 0, target.swimLaneId);
-        break;
-    case 1:
-        store().batchSaveTaskPositions(std::vector{target});
-        break;
-    case 2:
-        QVERIFY(await(store().writeTaskPositions({target})));
-        break;
-    default:
-        QCOMPARE(await(store().placeTasksAtEnd({u"t"_s}, target.columnId, target.swimLaneId)),
-                 std::optional(0));
-    }
+    const std::vector<std::function<void()>> ways{
+        [&] { store().saveTaskPosition(u"t"_s, target.columnId, 0, target.swimLaneId); },
+        [&] { store().batchSaveTaskPositions(std::vector{target}); },
+        [&] { QVERIFY(await(store().writeTaskPositions({target}))); },
+        [&] {
+            await(store().placeTasksAtEnd({u"t"_s}, target.columnId, target.swimLaneId));
+        }};
+    for (const auto &move : ways) {
+        store().deleteTaskPosition(u"t"_s);
+        store().saveTaskPosition(u"t"_s, m_columns.at(0).id, 0, m_lanes.at(0).id);
+        store().saveTaskAsBlocked(u"t"_s, u"waits for Ann"_s);
 
-    PersistentTaskPosition expected = row(u"t"_s, 1, 1, 0);
-    expected.isBlocked = true;
-    expected.blockReason = u"waits for Ann"_s;
-    QCOMPARE(stored(u"t"_s), expected);
+        move();
+
+        PersistentTaskPosition expected = row(u"t"_s, 1, 1, 0);
+        expected.isBlocked = true;
+        expected.blockReason = u"waits for Ann"_s;
+        QCOMPARE(stored(u"t"_s), expected);
+    }
 }
 
 void TestPositions::blocksATaskThatHasNoPlaceYet()
@@ -264,20 +248,8 @@ void TestPositions::emptiesAColumnAndASwimLaneWithoutLosingABlock()
     QVERIFY(store().loadAllTaskPositions().empty());
 }
 
-void TestPositions::writesNothingOfADeletedTask_data()
-{
-    QTest::addColumn<int>("way");
-    QTest::newRow("one placement") << 0;
-    QTest::newRow("whole rows") << 1;
-    QTest::newRow("placements") << 2;
-    QTest::newRow("the end of a cell") << 3;
-    QTest::newRow("a block") << 4;
-    QTest::newRow("the task itself") << 5;
-}
-
 void TestPositions::writesNothingOfADeletedTask()
 {
-    QFETCH(int, way);
     const QString id = u"plaintext-1"_s;
     PlainTextRecord record;
     record.fields.id = id;
@@ -286,25 +258,12 @@ void TestPositions::writesNothingOfADeletedTask()
 
     store().deleteTaskPosition(id);
     store().deletePlainTextTask(id);
-    switch (way) {
-    case 0:
-        store().saveTaskPosition(id, m_columns.at(0).id, 0, {});
-        break;
-    case 1:
-        store().batchSaveTaskPositions(std::vector{row(id, 0, 0, 0)});
-        break;
-    case 2:
-        store().batchSaveTaskPositions(std::vector{place(id, 0, 0, 0)});
-        break;
-    case 3:
-        await(store().placeTasksAtEnd({id}, m_columns.at(0).id, m_lanes.at(0).id));
-        break;
-    case 4:
-        store().saveTaskAsBlocked(id, {});
-        break;
-    default:
-        store().savePlainTextTask(record);
-    }
+    store().saveTaskPosition(id, m_columns.at(0).id, 0, {});
+    store().batchSaveTaskPositions(std::vector{row(id, 0, 0, 0)});
+    store().batchSaveTaskPositions(std::vector{place(id, 0, 0, 0)});
+    await(store().placeTasksAtEnd({id}, m_columns.at(0).id, m_lanes.at(0).id));
+    store().saveTaskAsBlocked(id, {});
+    store().savePlainTextTask(record);
 
     QVERIFY(store().loadPlainTextTasks().empty());
     QCOMPARE(raw().rows(u"SELECT count(*) FROM taskPositions"_s), QStringList{u"0"_s});
@@ -406,16 +365,6 @@ void TestPositions::readsTheBoardInOnePass()
     QCOMPARE(memory->priorities.size(), 1);
     QCOMPARE(memory->priorities.value(u"a"_s), EisenhowerPriority::DoNow);
     QVERIFY(!memory->isBehind);
-}
-
-void TestPositions::seesWhatAnotherConnectionWrote()
-{
-    store().batchSaveTaskPositions(std::vector{place(u"a"_s, 0, 0, 0)});
-    QCOMPARE(store().loadAllTaskPositions().size(), 1u);
-
-    QVERIFY(raw().run(u"UPDATE taskPositions SET position = 4"_s));
-
-    QCOMPARE(store().loadAllTaskPositions().front().position, 4);
 }
 
 void TestPositions::writesNothingOffTheDatabaseThread()
