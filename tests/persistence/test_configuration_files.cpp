@@ -4,6 +4,7 @@
 #include "support/Await.h"
 #include "support/FailingFileCalls.h"
 #include "support/RawDatabase.h"
+#include "support/TestFiles.h"
 #include "support/TestRegistry.h"
 #include "support/TestStore.h"
 
@@ -18,18 +19,6 @@ namespace {
 
 const QByteArray GoodColumn =
     R"({"id":"0123456F-89AB-CDEF-0123-456789ABCDEF","name":"To Do","type":"Queue","position":0,"stableId":"s"})";
-
-QByteArray contentOf(const QString &path)
-{
-    QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray("absent");
-}
-
-void writeFile(const QString &path, const QByteArray &content)
-{
-    QFile file(path);
-    QVERIFY(file.open(QIODevice::WriteOnly) && file.write(content) == content.size());
-}
 
 } // namespace
 
@@ -51,7 +40,6 @@ private Q_SLOTS:
     void separatesRecordsCopiedByHand();
     void givesColumnsStableIdsOnce();
     void survivesEveryFailureOfSaving();
-    void readsTheAppConfiguration_data();
     void readsTheAppConfiguration();
     void remembersTheBoardLastSaved();
 
@@ -287,34 +275,24 @@ void TestConfigurationFiles::survivesEveryFailureOfSaving()
     QVERIFY2(failures >= 8, qPrintable(QString::number(failures)));
 }
 
-void TestConfigurationFiles::readsTheAppConfiguration_data()
-{
-    QTest::addColumn<QByteArray>("stored");
-    QTest::addColumn<bool>("isDefault");
-    QTest::newRow("nothing") << QByteArray() << true;
-    QTest::newRow("corrupt") << QByteArray("{\"refresh") << true;
-    QTest::newRow("a required key is missing")
-        << QByteArray(R"({"refreshInterval":30,"autoSyncEnabled":false})") << true;
-    QTest::newRow("of another type") << QByteArray(
-                                            R"({"refreshInterval":30,"autoSyncEnabled":"no","zoomLevel":2})")
-                                     << true;
-    QTest::newRow("without a board") << QByteArray(
-                                            R"({"refreshInterval":30,"autoSyncEnabled":false,"zoomLevel":2})")
-                                     << false;
-}
-
 void TestConfigurationFiles::readsTheAppConfiguration()
 {
-    QFETCH(QByteArray, stored);
-    QFETCH(bool, isDefault);
-    TestStore store;
-    if (!stored.isEmpty()) {
-        store.defaults.set(keys::DevAppConfiguration, stored);
+    const AppConfiguration withoutBoard{std::nullopt, 30.0, false, 2.0};
+    const std::vector<std::pair<QByteArray, AppConfiguration>> rows{
+        {"", {}},
+        {R"({"refresh)", {}},
+        {R"({"refreshInterval":30,"autoSyncEnabled":false})", {}},
+        {R"({"refreshInterval":30,"autoSyncEnabled":"no","zoomLevel":2})", {}},
+        {R"({"refreshInterval":30,"autoSyncEnabled":false,"zoomLevel":2})", withoutBoard},
+    };
+    for (const auto &[stored, expected] : rows) {
+        TestStore store;
+        if (!stored.isEmpty()) {
+            store.defaults.set(keys::DevAppConfiguration, stored);
+        }
+        QCOMPARE(store->loadAppConfiguration(), expected);
+        QCOMPARE(store.defaults.data(keys::DevAppConfiguration).value_or(QByteArray()), stored);
     }
-    const AppConfiguration expected =
-        isDefault ? AppConfiguration() : AppConfiguration{std::nullopt, 30.0, false, 2.0};
-    QCOMPARE(store->loadAppConfiguration(), expected);
-    QCOMPARE(store.defaults.data(keys::DevAppConfiguration).value_or(QByteArray()), stored);
 }
 
 void TestConfigurationFiles::remembersTheBoardLastSaved()

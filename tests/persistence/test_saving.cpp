@@ -26,9 +26,7 @@ private Q_SLOTS:
     void runsJobsInTheirOrder();
     void finishesEverythingBeforeItEnds();
     void storesMovesOneAfterTheOther();
-    void drainsAtOnceWhenThereIsNothingToDo();
     void showsThatSavingGoesOn();
-    void keepsShowingWhenANewSaveComesInTime();
     void letsOneCopyIntoADirectory();
     void dropsWorkAfterTheEnd();
 
@@ -103,16 +101,6 @@ void TestSaving::storesMovesOneAfterTheOther()
     QCOMPARE(rows.at(1).id + u' ' + QString::number(rows.at(1).position), u"t 19"_s);
 }
 
-void TestSaving::drainsAtOnceWhenThereIsNothingToDo()
-{
-    TestStore store;
-    BackgroundSaveIndicator indicator(store.clock);
-    PersistenceQueue queue(*store, indicator);
-    bool isDone = false;
-    markWhenDone(queue.drained(), &isDone);
-    QVERIFY(isDone);
-}
-
 void TestSaving::showsThatSavingGoesOn()
 {
     ManualClock clock;
@@ -130,21 +118,15 @@ void TestSaving::showsThatSavingGoesOn()
     clock.advance(10.0);
     QVERIFY(indicator.isSaving());
     indicator.endSave();
-    clock.advance(1.0);
-    QVERIFY(!indicator.isSaving());
-    QCOMPARE(changes.size(), 2);
-}
-
-void TestSaving::keepsShowingWhenANewSaveComesInTime()
-{
-    ManualClock clock;
-    BackgroundSaveIndicator indicator(clock);
-    indicator.beginSave();
-    indicator.endSave();
     clock.advance(0.3);
+    // A new save comes before the delay is over.
     indicator.beginSave();
     clock.advance(0.3);
     QVERIFY(indicator.isSaving());
+    indicator.endSave();
+    clock.advance(1.0);
+    QVERIFY(!indicator.isSaving());
+    QCOMPARE(changes.size(), 4);
 }
 
 void TestSaving::letsOneCopyIntoADirectory()
