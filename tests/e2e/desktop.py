@@ -104,6 +104,12 @@ class Desktop:
         """The title of the window that has the keyboard."""
         return self.xdotool("getwindowfocus", "getwindowname")
 
+    def clipboard(self):
+        """The text that another program gets from the clipboard; nothing if there is none."""
+        answer = subprocess.run([_program("xclip"), "-o", "-selection", "clipboard"], env=self.environment,
+                                capture_output=True, text=True, timeout=10, check=False)
+        return answer.stdout if answer.returncode == 0 else ""
+
     def minimize(self, title):
         self.xdotool("search", "--onlyvisible", "--name", f"^{title}$", "windowminimize")
 

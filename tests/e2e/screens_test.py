@@ -125,12 +125,26 @@ def sheets_and_menus(tour):
         tour.desktop.press("Escape")
 
 
+def clipboard(tour):
+    """What is exported reaches other programs, each task of the board on a line of its own."""
+    tour.desktop.press("ctrl+e")
+    tour.awaits_focus("Export Scope")
+    tour.desktop.press("Down")
+    tour.awaits("list item", "- [ ] Errand ")
+    [button] = tour.awaits("push button", "Copy to Clipboard")
+    tour.desktop.click(button.center)
+    lines = wait_for(tour.desktop.clipboard, 10, "a text on the clipboard").splitlines()
+    still_open = [line for line in lines if line.startswith("- [ ] Errand ")]
+    assert len(still_open) == OPEN_TASKS, lines
+    assert all(line.startswith("- [x] Errand ") for line in lines if line not in still_open), lines
+
+
 def main(program):
     with Desktop(accessibility=True) as desktop:
         write_month(desktop)
         tour = Tour(program, desktop)
         tour.vantrel.start()
-        for chapter in (throughput, task_age, sheets_and_menus):
+        for chapter in (throughput, task_age, sheets_and_menus, clipboard):
             chapter(tour)
         assert tour.vantrel.quit() == 0, "the program ended badly"
 
