@@ -4,6 +4,7 @@
 #include "foundations/Column.h"
 #include "foundations/PlainTextWorkItem.h"
 #include "foundations/SwimLane.h"
+#include "sources/TaskManagerProtocol.h"
 
 #include <memory>
 
