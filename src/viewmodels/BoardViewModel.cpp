@@ -23,10 +23,11 @@ BoardViewModel::BoardViewModel(const BoardViewServices &services, QObject *paren
                   services.sounds, services.toasts}),
       m_drops(services.board),
       m_popover(services.board, services.blocking, m_preferences, services.announcer),
+      m_nameEditor(services.board),
       m_celebrations(services.notifications, services.defaults, services.announcer)
 {
-    for (QObject *part :
-         std::initializer_list<QObject *>{&m_columns, &m_swimLanes, &m_popover, &m_celebrations}) {
+    for (QObject *part : std::initializer_list<QObject *>{&m_columns, &m_swimLanes, &m_popover, &m_nameEditor,
+                                                          &m_celebrations}) {
         QQmlEngine::setObjectOwnership(part, QQmlEngine::CppOwnership);
     }
     connectBoard();
@@ -69,6 +70,11 @@ void BoardViewModel::connectCards()
     });
     connect(&m_navigation, &BoardNavigation::focusedComponentChanged, this,
             [this] { refreshCards({CellModel::FocusedComponentRole}, {focusedTaskId()}); });
+    auto &center = m_services.notifications;
+    center.observe(notifications::StartTaskNameEditing, this,
+                   [this](const Notification &) { m_nameEditor.begin(focusedTaskId()); });
+    center.observe(notifications::CommitTaskNameEditing, this,
+                   [this](const Notification &) { m_nameEditor.commit(); });
     connect(&m_preferences, &CardPreferences::changed, this, [this] { refreshCards({CellModel::CardRole}); });
     connect(&m_preferences, &CardPreferences::backgroundChanged, this, &BoardViewModel::backgroundChanged);
 }
@@ -207,10 +213,21 @@ bool BoardViewModel::handleKey(int key, int modifiers)
         return handleSpace();
     case Qt::Key_Return:
     case Qt::Key_Enter:
-        if (!m_popover.open(focusedTaskId(), m_navigation.focusedComponent())) openInSource(focusedTaskId());
+        handleReturn();
         return true;
     default:
         return false;
+    }
+}
+
+/** Return asks the part of the card that has the focus for more. */
+void BoardViewModel::handleReturn()
+{
+    const KanbanCardFocus::Value part = m_navigation.focusedComponent();
+    if (part == KanbanCardFocus::Name) {
+        m_nameEditor.begin(focusedTaskId());
+    } else if (!m_popover.open(focusedTaskId(), part)) {
+        openInSource(focusedTaskId());
     }
 }
 

@@ -9,6 +9,7 @@
 #include "viewmodels/ColumnListModel.h"
 #include "viewmodels/CompletionAnimations.h"
 #include "viewmodels/SwimLaneListModel.h"
+#include "viewmodels/TaskNameEditor.h"
 
 #include <QHash>
 #include <QObject>
@@ -49,6 +50,7 @@ class BoardViewModel : public QObject
     Q_PROPERTY(vantrel::ColumnListModel *columns READ columns CONSTANT)
     Q_PROPERTY(vantrel::SwimLaneListModel *swimLanes READ swimLanes CONSTANT)
     Q_PROPERTY(vantrel::CardPopover *popover READ popover CONSTANT)
+    Q_PROPERTY(vantrel::TaskNameEditor *nameEditor READ nameEditor CONSTANT)
     Q_PROPERTY(vantrel::CompletionAnimations *celebrations READ celebrations CONSTANT)
     Q_PROPERTY(double zoomLevel READ zoomLevel NOTIFY zoomLevelChanged)
     Q_PROPERTY(double columnHeaderHeight READ columnHeaderHeight CONSTANT)
@@ -66,6 +68,7 @@ public:
     ColumnListModel *columns() { return &m_columns; }
     SwimLaneListModel *swimLanes() { return &m_swimLanes; }
     CardPopover *popover() { return &m_popover; }
+    TaskNameEditor *nameEditor() { return &m_nameEditor; }
     CompletionAnimations *celebrations() { return &m_celebrations; }
     double zoomLevel() const { return m_services.board.zoomLevel(); }
     static double columnHeaderHeight() { return BoardDrops::ColumnHeaderHeight; }
@@ -135,6 +138,7 @@ private:
     void refreshCards(const QList<int> &roles, const QStringList &ids);
     void handleSelectionChanged();
     bool handleSpace();
+    void handleReturn();
     std::optional<QString> draggedTask(const QVariantMap &offer) const;
 
     BoardViewServices m_services;
@@ -143,6 +147,7 @@ private:
     BoardCommandHandlers m_commands;
     BoardDrops m_drops;
     CardPopover m_popover;
+    TaskNameEditor m_nameEditor;
     CompletionAnimations m_celebrations;
     QStringList m_draggedTaskIds;
     /** As last told to the cells. */

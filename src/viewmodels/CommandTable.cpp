@@ -126,6 +126,8 @@ Table swimLaneCommands()
 Table organizeCommands()
 {
     return {
+        onBoard(u"renameTask", Menu::Organize, QT_TRANSLATE_NOOP("vantrel::Command", "Rename Task"),
+                u"pencil", "F2", "F2", names::StartTaskNameEditing),
         onBoard(u"moveUp", Menu::Organize, QT_TRANSLATE_NOOP("vantrel::Command", "Move Task Up"), {},
                 "Ctrl+Meta+Up", "Ctrl+Shift+Up", names::MoveTaskUpRequested),
         onBoard(u"moveDown", Menu::Organize, QT_TRANSLATE_NOOP("vantrel::Command", "Move Task Down"), {},

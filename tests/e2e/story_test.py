@@ -111,7 +111,7 @@ def types_twenty_tasks(story):
         time.sleep(0.3)
         story.desktop.press("Return")
         story.board["To Do"].append(name)
-        wait_for(lambda: story.vantrel.columns()["To Do"] == len(story.board["To Do"]), 5, f"{name} at once")
+        wait_for(lambda: story.vantrel.columns().get("To Do") == len(story.board["To Do"]), 5, f"{name} at once")
     story.check("after typing twenty tasks")
 
 
@@ -140,6 +140,17 @@ def moves_by_mouse(story):
     story.drag(story.in_view("To Do", 1), "To Do", height=0.5)
     story.check("after a drag within a column")
     assert story.in_view("To Do", 1) == story.board["To Do"][:1], "the drop has scrolled its cell"
+
+
+def renames_on_the_card(story):
+    [old] = story.in_view("To Do", 1)
+    story.select(old)
+    story.desktop.press("F2")
+    story.desktop.type("Renamed")
+    story.desktop.press("Return")
+    names = story.board["To Do"]
+    names[names.index(old)] = "Renamed"
+    story.check("after a renaming")
 
 
 def moves_several_at_once(story):
@@ -188,8 +199,8 @@ def main(program):
         story = Story(program, desktop)
         story.vantrel.start()
         story.check("at the first start")
-        for chapter in (types_twenty_tasks, moves_by_keys, moves_by_mouse, moves_several_at_once, refreshes,
-                        survives_kills, second_copy_raises_the_first):
+        for chapter in (types_twenty_tasks, moves_by_keys, moves_by_mouse, moves_several_at_once, renames_on_the_card,
+                        refreshes, survives_kills, second_copy_raises_the_first):
             begin = time.monotonic()
             chapter(story)
             print(f"{chapter.__name__}: {time.monotonic() - begin:.1f} s", flush=True)

@@ -53,12 +53,11 @@ class Vantrel:
         return {header[1]: int(header[2]) for header in headers if header}
 
     def cards(self, column):
-        """The cards of a column that can be seen, from top to bottom."""
+        """The cards of a column that can be seen, in the order in which they are read out."""
         program = self._look()
         cells = [part for part in program.all("list") if part.name == column] if program else []
-        cards = [card for cell in cells for card in cell.all("list item")
-                 if card.is_showing and cell.y < card.y + card.height and card.y < cell.y + cell.height]
-        return sorted(cards, key=lambda card: card.y)
+        return [card for cell in cells for card in cell.all("list item")
+                if card.is_showing and cell.y < card.y + card.height and card.y < cell.y + cell.height]
 
     def card(self, name):
         """The card of that name, once it rests in view."""

@@ -111,6 +111,74 @@ private Q_SLOTS:
         QCOMPARE(card.popover.kind(), CardPopover::BlockReason);
     }
 
+    void aNameIsChangedInItsSourceFirst_data()
+    {
+        QTest::addColumn<QString>("typed");
+        QTest::addColumn<QString>("answer");
+        QTest::addColumn<QString>("name");
+        QTest::addColumn<QString>("alert");
+        QTest::addColumn<QString>("edited");
+        QTest::newRow("done") << " New  "
+                              << "yes"
+                              << "New"
+                              << ""
+                              << "";
+        QTest::newRow("unknown there")
+            << "New"
+            << "no"
+            << "Task a"
+            << "The task could not be found where it comes from. Refresh the board and "
+               "try again."
+            << "a";
+        QTest::newRow("failed") << "New"
+                                << "no access"
+                                << "Task a"
+                                << "no access"
+                                << "a";
+        QTest::newRow("blank is refused") << " "
+                                          << ""
+                                          << "Task a"
+                                          << ""
+                                          << "a";
+        QTest::newRow("as it was") << "Task a "
+                                   << ""
+                                   << "Task a"
+                                   << ""
+                                   << "";
+    }
+
+    void aNameIsChangedInItsSourceFirst()
+    {
+        QFETCH(QString, typed);
+        QFETCH(QString, answer);
+        BoardScreen screen({{u"1"_s, u"a b"_s}});
+        screen.task(u"a"_s)->setName(u"Task a"_s);
+        TaskNameEditor &editor = *screen.view.nameEditor();
+        screen.view.tapCard(u"a"_s, false);
+        screen.view.handleKey(Qt::Key_Tab, Qt::NoModifier);
+        screen.view.handleKey(Qt::Key_Return, Qt::NoModifier);
+        QCOMPARE(editor.taskId(), u"a"_s);
+        const bool isAnswered = answer == u"yes" || answer == u"no";
+        if (isAnswered) {
+            screen.omniFocus.edits.giveAfter(1, answer == u"yes");
+        } else if (!answer.isEmpty()) {
+            screen.omniFocus.edits.fail(answer);
+        }
+        editor.setProperty("text", typed);
+        editor.commit();
+        if (isAnswered) {
+            // While the source is asked, nothing gets in between.
+            editor.cancel();
+            editor.begin(u"b"_s);
+            QCOMPARE(screen.task(u"a"_s)->name(), u"Task a"_s);
+        }
+        screen.advance(2);
+
+        QTEST(screen.task(u"a"_s)->name(), "name");
+        QTEST(editor.alertMessage(), "alert");
+        QTEST(editor.taskId(), "edited");
+    }
+
     void aCompletedTaskCelebratesIfTheUserLikesThat()
     {
         BoardScreen screen({{u"1"_s, u"a b"_s}});

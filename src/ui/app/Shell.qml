@@ -10,6 +10,7 @@ FocusScope {
     required property AppViewModel app
 
     readonly property bool hasSheet: root.app.quickEntry.open || root.app.importer.open || root.app.exporter.open
+                                     || root.app.board.nameEditor.alertMessage !== ""
     /** Something stands in the way of commands: they wait until it is gone. */
     readonly property bool isBusy: root.hasSheet || root.app.board.popover.kind !== CardPopover.None
     readonly property bool isTyping: Window.activeFocusItem instanceof TextInput
@@ -142,6 +143,17 @@ FocusScope {
         active: root.app.exporter.open
         sourceComponent: TaskExportSheet {
             exporter: root.app.exporter
+        }
+        onActiveChanged: if (!active) content.forceActiveFocus()
+    }
+
+    Lazy {
+        anchors.fill: parent
+        active: root.app.board.nameEditor.alertMessage !== ""
+        sourceComponent: NoticeSheet {
+            title: qsTr("Error")
+            message: root.app.board.nameEditor.alertMessage
+            onDismissed: root.app.board.nameEditor.dismissAlert()
         }
         onActiveChanged: if (!active) content.forceActiveFocus()
     }

@@ -27,6 +27,9 @@ Item {
     /** Over its own cell the dragged card leaves its place: the gap tells where it will stand. */
     readonly property bool isTakenOut: isDragged && isTarget
 
+    /** It stands elsewhere in the cell than before. */
+    signal placed
+
     height: landing + (isTakenOut ? 0 : item.height + frame.cardGap)
 
     Behavior on landing {
@@ -45,6 +48,7 @@ Item {
         isDisplaced = true;
     }
     onYChanged: {
+        placed();
         if (!isDisplaced)
             return;
         isDisplaced = false;
@@ -70,6 +74,7 @@ Item {
     function come() {
         frame.flights.arrive(root);
         takeFocus();
+        placed();
     }
 
     onIsFocusedChanged: takeFocus()
@@ -135,6 +140,11 @@ Item {
             readonly property string tip: hovered ? item.tipAt(point.position.x, point.position.y) : ""
         }
         TapHandler {
+            onDoubleTapped: eventPoint => {
+                const name = item.partFor(KanbanCardFocus.Name);
+                if (name.contains(name.mapFromItem(item, eventPoint.position)))
+                    root.board.nameEditor.begin(root.card.id);
+            }
             onTapped: eventPoint => {
                 const isToggle = point.modifiers & Qt.ControlModifier;
                 root.frame.focusRequested();

@@ -2,6 +2,7 @@ pragma ComponentBehavior: Bound
 
 import QtQuick
 import QtQuick.Templates as T
+import Vantrel.Ui
 import Vantrel.ViewModels
 
 /** The cards of one cell, made only as far as they can be seen. */
@@ -93,6 +94,47 @@ ListView {
 
         function onFocusedTaskChanged() { root.showFocused(); }
     }
+    // To a screen reader the cards come in the order in which the view holds them. It has to move them first.
+    Timer {
+        id: ordering
+        interval: 0
+        onTriggered: ReadingOrder.arrange(root.contentItem)
+    }
+
+    Component {
+        id: nameField
+        CardNameField {
+            editor: root.frame.board.nameEditor
+        }
+    }
+    Connections {
+        target: root.frame.board.nameEditor
+
+        function onTaskChanged() { naming.restart(); }
+        function onAlertChanged() { naming.restart(); }
+    }
+    /** Behind the present turn: a sheet in front of the board has gone then. */
+    Timer {
+        id: naming
+        interval: 0
+        onTriggered: root.nameTask()
+    }
+    /** Where the name of one of the cards is being changed. */
+    property CardNameField field: null
+
+    function nameTask() {
+        const editor = frame.board.nameEditor;
+        const row = editor.alertMessage === "" ? cell?.rowOf(editor.taskId) ?? -1 : -1;
+        if (row < 0)
+            return;
+        positionViewAtIndex(row, ListView.Contain);
+        const card = (itemAtIndex(row) as ColumnTask)?.cardItem;
+        if (field)
+            field.forceActiveFocus(Qt.OtherFocusReason);
+        else if (card)
+            field = nameField.createObject(card, {card: card}) as CardNameField;
+    }
+
     Component {
         id: celebration
         CardCelebration {}
@@ -143,5 +185,6 @@ ListView {
         column: root.column
         frame: root.frame
         landingHeight: root.landingHeight
+        onPlaced: ordering.restart()
     }
 }

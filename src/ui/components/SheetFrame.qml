@@ -4,7 +4,8 @@ import QtQuick
 
 /**
  * A card in the middle of the dimmed window, for a question or a form. The window behind takes no pointer and no key
- * while it stands; Escape asks to leave, a click outside does nothing, so that a stray click loses nothing typed.
+ * while it stands. Escape asks to leave; Ctrl+Return does what the sheet is for, wherever in it the keyboard is; a click
+ * outside does nothing, so that a stray click loses nothing typed.
  */
 FocusScope {
     id: root
@@ -17,6 +18,7 @@ FocusScope {
     default property alias content: column.data
 
     signal dismissed
+    signal confirmed
 
     anchors.fill: parent
     z: 100
@@ -24,6 +26,11 @@ FocusScope {
     Accessible.role: Accessible.Dialog
     Accessible.name: title
     Keys.onEscapePressed: dismissed()
+
+    Shortcut {
+        sequences: ["Ctrl+Return", "Ctrl+Enter"]
+        onActivated: root.confirmed()
+    }
 
     Rectangle {
         anchors.fill: parent

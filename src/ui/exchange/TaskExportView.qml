@@ -14,6 +14,7 @@ SheetFrame {
     contentWidth: 560
     closable: true
     onDismissed: exporter.close()
+    onConfirmed: if (exporter.hasText) exporter.copyToClipboard()
     Component.onCompleted: scopePicker.forceActiveFocus()
 
     Row {

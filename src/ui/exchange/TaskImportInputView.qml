@@ -12,6 +12,7 @@ SheetFrame {
     contentWidth: 560
     closable: true
     onDismissed: importer.close()
+    onConfirmed: importer.parseInput()
     Component.onCompleted: area.focusText()
 
     AppTextArea {

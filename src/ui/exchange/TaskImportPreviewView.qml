@@ -14,6 +14,7 @@ SheetFrame {
     contentWidth: 560
     closable: true
     onDismissed: importer.close()
+    onConfirmed: importer.importTasks()
     Component.onCompleted: importButton.forceActiveFocus()
 
     Row {

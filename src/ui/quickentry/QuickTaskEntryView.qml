@@ -11,6 +11,7 @@ SheetFrame {
 
     title: qsTr("Quick Add Task")
     onDismissed: quickEntry.close()
+    onConfirmed: quickEntry.parseAndContinue()
     Component.onCompleted: {
         field.forceActiveFocus();
         field.selectAll();

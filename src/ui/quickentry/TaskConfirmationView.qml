@@ -11,6 +11,7 @@ SheetFrame {
 
     title: qsTr("Quick Add Task")
     subtitle: qsTr("Parsed from: “%1”").arg(form.parsedText)
+    onConfirmed: form.createTask()
     Component.onCompleted: nameField.forceActiveFocus()
 
     LabeledField {
