@@ -112,7 +112,7 @@ bool Services::closeStore(std::chrono::steady_clock::time_point end)
     board->persistenceQueue().handOver();
     // No event loop runs any more: only the threads that write are waited for.
     const auto pendingJobs = [this] {
-        return persistence.pendingJobs() + reminderFolder.pendingJobs();
+        return persistence.pendingJobs() + reminderFolder.pendingJobs() + defaults.pendingJobs();
     };
     if (!waitUntil(end, [&pendingJobs] { return pendingJobs() == 0; })) {
         log::error(QStringLiteral("%1 changes could not be stored before the end").arg(pendingJobs()));

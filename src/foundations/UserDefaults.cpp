@@ -2,8 +2,10 @@
 
 #include <QFile>
 #include <QJsonDocument>
+#include <QMutexLocker>
 
 #include <cmath>
+#include <utility>
 
 namespace vantrel {
 
@@ -128,16 +130,42 @@ void UserDefaults::save()
     if (m_mustNotSave) {
         return;
     }
-    const FileOutcome outcome = m_saver.save(m_path, QJsonDocument(m_values).toJson(QJsonDocument::Indented));
+    const QMutexLocker lock(&m_mutex);
+    if (!m_unwritten) {
+        m_queue.async([this] { write(); });
+    }
+    m_unwritten = m_values;
+}
+
+void UserDefaults::write()
+{
+    const QJsonObject values = [this] {
+        const QMutexLocker lock(&m_mutex);
+        return *std::exchange(m_unwritten, std::nullopt);
+    }();
+    const FileOutcome outcome = m_saver.save(m_path, QJsonDocument(values).toJson(QJsonDocument::Indented));
     if (!outcome.isOk()) {
         report(outcome.error);
     }
 }
 
+void UserDefaults::waitUntilSaved()
+{
+    m_queue.sync([] {});
+}
+
+QString UserDefaults::problem() const
+{
+    const QMutexLocker lock(&m_mutex);
+    return m_problem;
+}
+
 void UserDefaults::report(const QString &message)
 {
+    const QMutexLocker lock(&m_mutex);
     m_problem = message;
-    Q_EMIT problemFound(message);
+    QMetaObject::invokeMethod(
+        this, [this, message] { Q_EMIT problemFound(message); }, Qt::QueuedConnection);
 }
 
 } // namespace vantrel

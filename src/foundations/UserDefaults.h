@@ -1,8 +1,10 @@
 #pragma once
 
 #include "foundations/FileSaver.h"
+#include "foundations/SerialQueue.h"
 
 #include <QJsonObject>
+#include <QMutex>
 #include <QObject>
 #include <QStringView>
 
@@ -14,9 +16,10 @@ namespace vantrel {
  * The user's preferences: a small typed store in one JSON file.
  *
  * A value keeps the type it was written with, so a reader can tell a boolean from a text of the same look;
- * numbers are numbers, with or without fraction. Read once at construction, written whole and durably at each
- * change. A file that cannot be read is kept aside under "{name}.unreadable-{time}" before the first write.
- * GUI thread; owned by Services.
+ * numbers are numbers, with or without fraction. Read once at construction. A change is written at once,
+ * whole and durably, but on a thread of its own: changes made meanwhile share the next write, and the
+ * destructor waits for the last one. A file that cannot be read is kept aside under
+ * "{name}.unreadable-{time}" before the first write. GUI thread; owned by Services.
  */
 class UserDefaults : public QObject
 {
@@ -44,7 +47,11 @@ public:
     void remove(QStringView key);
 
     /** What went wrong with the file so far, for the user; empty when all is well. */
-    QString problem() const { return m_problem; }
+    QString problem() const;
+    /** Writes that are not finished. */
+    qsizetype pendingJobs() const { return m_queue.waitingJobs(); }
+    /** Blocks until all that was set so far is written, or could not be. */
+    void waitUntilSaved();
 
 Q_SIGNALS:
     void valueChanged(const QString &key);
@@ -54,13 +61,21 @@ Q_SIGNALS:
 private:
     void store(QStringView key, const QJsonValue &value);
     void save();
+    /** On the queue. */
+    void write();
+    /** Any thread. */
     void report(const QString &message);
 
     FileSaver &m_saver;
     QString m_path;
     QJsonObject m_values;
-    QString m_problem;
     bool m_mustNotSave = false;
+    mutable QMutex m_mutex;
+    QString m_problem;
+    /** What the next write takes; nothing when none is under way. */
+    std::optional<QJsonObject> m_unwritten;
+    /** Last: it ends before what its jobs use. */
+    SerialQueue m_queue{"com.vantrel.defaults"};
 };
 
 } // namespace vantrel

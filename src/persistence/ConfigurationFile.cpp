@@ -51,8 +51,9 @@ struct Form<SwimLane>
 } // namespace
 
 template <typename Record>
-ConfigurationFile<Record>::ConfigurationFile(QString path, FileSaver &saver, Listener listener)
-    : m_path(std::move(path)), m_saver(saver), m_listener(std::move(listener))
+ConfigurationFile<Record>::ConfigurationFile(QString path, FileSaver &saver, SerialQueue &queue,
+                                             Listener listener)
+    : m_path(std::move(path)), m_saver(saver), m_queue(queue), m_listener(std::move(listener))
 {
 }
 
@@ -60,7 +61,7 @@ template <typename Record>
 std::optional<std::vector<Record>> ConfigurationFile<Record>::load(bool forceFresh)
 {
     using RecordForm = Form<Record>;
-    if (!forceFresh) {
+    if (!forceFresh || m_pendingWrites > 0) {
         if (std::optional<std::vector<Record>> known = cached()) {
             return known;
         }
@@ -92,7 +93,6 @@ template <typename Record>
 bool ConfigurationFile<Record>::save(const std::vector<Record> &records)
 {
     setCache(records);
-    m_isUnsaved = true;
     if (m_mustNotSave) {
         report(StorageProblem::Kind::ConfigurationNotSaved,
                tr("%1 could not be read and is left untouched. Changes last only until the program ends.")
@@ -100,24 +100,37 @@ bool ConfigurationFile<Record>::save(const std::vector<Record> &records)
                {});
         return false;
     }
+    ++m_pendingWrites;
+    m_queue.async([this, records] {
+        write(records);
+        --m_pendingWrites;
+    });
+    return true;
+}
+
+template <typename Record>
+void ConfigurationFile<Record>::write(const std::vector<Record> &records)
+{
     const FileOutcome outcome = m_saver.save(m_path, Form<Record>::encode(records));
     if (!outcome.isOk()) {
+        m_unwritten = records;
         log::error(Form<Record>::NotSaved + outcome.error);
         report(StorageProblem::Kind::ConfigurationNotSaved, outcome.error, {});
-        return false;
+        return;
     }
-    m_isUnsaved = false;
+    m_unwritten.reset();
     m_isKeptAside = false;
     log::info(Form<Record>::Saved + m_path);
-    return true;
 }
 
 template <typename Record>
 void ConfigurationFile<Record>::retry()
 {
-    if (m_isUnsaved && !m_mustNotSave && m_cache) {
-        save(*m_cache);
-    }
+    m_queue.async([this] {
+        if (const auto records = std::exchange(m_unwritten, std::nullopt)) {
+            write(*records);
+        }
+    });
 }
 
 template <typename Record>
@@ -144,7 +157,7 @@ template <typename Record>
 std::optional<std::vector<Record>> ConfigurationFile<Record>::handleUnreadable(const QString &reason)
 {
     log::error(Form<Record>::NotLoaded + reason);
-    if (std::exchange(m_isKeptAside, true)) {
+    if (m_isKeptAside.exchange(true)) {
         return std::nullopt;
     }
     const FileOutcome kept = m_saver.keepAside(m_path);

@@ -45,20 +45,21 @@ PersistenceManager::PersistenceManager(const AppConfig &config, UserDefaults &de
     const auto keepPlacements = [this] {
         m_store->database.queue().sync([this, now = m_clock.now()] { m_store->database.backUp(now); });
     };
-    const FileNames &names = fileNames(config);
-    m_boardFile = std::make_unique<ConfigurationFile<Column>>(
-        config.filePath(names.board.toString()), saver,
-        ConfigurationFile<Column>::Listener{listen, keepPlacements});
-    m_swimLaneFile = std::make_unique<ConfigurationFile<SwimLane>>(
-        config.filePath(names.swimLanes.toString()), saver,
-        ConfigurationFile<SwimLane>::Listener{listen, keepPlacements});
     const auto recovered = [this] {
         QMetaObject::invokeMethod(this, &PersistenceManager::writingRecovered, Qt::QueuedConnection);
     };
-    m_store =
-        std::make_unique<BoardStore>(config.filePath(names.database.toString()), vfsName, listen, recovered);
-    m_store->database.queue().async(
-        [store = m_store.get(), now = m_clock.now()] { store->database.open(now); });
+    const FileNames &names = fileNames(config);
+    const QString databasePath = config.filePath(names.database.toString());
+    m_isFirstRun = !QFileInfo::exists(databasePath);
+    m_store = std::make_unique<BoardStore>(databasePath, vfsName, listen, recovered);
+    SerialQueue &queue = m_store->database.queue();
+    m_boardFile = std::make_unique<ConfigurationFile<Column>>(
+        config.filePath(names.board.toString()), saver, queue,
+        ConfigurationFile<Column>::Listener{listen, keepPlacements});
+    m_swimLaneFile = std::make_unique<ConfigurationFile<SwimLane>>(
+        config.filePath(names.swimLanes.toString()), saver, queue,
+        ConfigurationFile<SwimLane>::Listener{listen, keepPlacements});
+    queue.async([store = m_store.get(), now = m_clock.now()] { store->database.open(now); });
 }
 
 PersistenceManager::~PersistenceManager()

@@ -121,7 +121,10 @@ public:
     void moveColumnTaskPositions(ColumnId from, ColumnId to);
     /** Puts every row of one swimlane into another, each in its own column and with its block. */
     void moveSwimLaneTaskPositions(SwimLaneId from, SwimLaneId to);
-    /** The swimlane that stored rows name as the default one, if any does: see SwimLane::isDefault. */
+    /**
+     * The swimlane that the rows of earlier runs name as the default one, if any does: see
+     * SwimLane::isDefault. Waits for the database, unless there was none when the program started.
+     */
     std::optional<SwimLaneId> storedDefaultSwimLaneId();
 
     // Blocks.
@@ -166,11 +169,11 @@ public:
     /** A cache that cannot be written is no problem: it is read less from then on. */
     void saveFileCache(const QByteArray &scope, std::vector<CachedFile> changed, QByteArrayList removed);
 
-    // The shape of the board. Not on the database thread; loads are cached.
+    // The shape of the board. Loads are cached, and block for a small file; saves return at once.
 
     /** The columns; nothing if the file is missing or cannot be read. An unreadable file is kept aside. */
     std::optional<std::vector<Column>> loadBoardConfiguration(bool forceFresh = false);
-    /** Saves the columns; those without a stable id get one. False if they are not on disk. */
+    /** Saves the columns; those without a stable id get one. False if the file must not be replaced. */
     bool saveBoardConfiguration(const std::vector<Column> &columns, std::optional<QUuid> boardId = {});
     std::optional<std::vector<SwimLane>> loadSwimLaneConfiguration(bool forceFresh = false);
     bool saveSwimLaneConfiguration(const std::vector<SwimLane> &swimLanes);
@@ -222,6 +225,8 @@ private:
     AppConfig m_config;
     UserDefaults &m_defaults;
     Clock &m_clock;
+    /** There was no database yet. */
+    bool m_isFirstRun = false;
     mutable QMutex m_problemsMutex;
     std::vector<StorageProblem> m_problems;
     std::unique_ptr<ConfigurationFile<Column>> m_boardFile;

@@ -252,6 +252,9 @@ void PersistenceManager::moveSwimLaneTaskPositions(SwimLaneId from, SwimLaneId t
 
 std::optional<SwimLaneId> PersistenceManager::storedDefaultSwimLaneId()
 {
+    if (m_isFirstRun) {
+        return std::nullopt;
+    }
     return m_store->database.queue().sync(
         [this] { return m_store->database.read([this] { return m_store->positions.defaultSwimLaneId(); }); });
 }

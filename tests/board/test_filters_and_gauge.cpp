@@ -48,6 +48,8 @@ private Q_SLOTS:
 private:
     void reopenDefaults()
     {
+        // The earlier ones are written before the file is read.
+        m_defaults.reset();
         m_defaults = std::make_unique<UserDefaults>(m_saver, m_folder->filePath(u"defaults.json"_s));
     }
 

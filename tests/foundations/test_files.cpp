@@ -109,6 +109,7 @@ private Q_SLOTS:
         written.set(u"data", data);
         written.set(u"removed", true);
         written.remove(u"removed");
+        written.waitUntilSaved();
 
         const UserDefaults read(*m_saver, path());
         for (const auto &[key, types] : {std::pair(u"true"_s, u"boolean"_s),
@@ -149,6 +150,7 @@ private Q_SLOTS:
             UserDefaults defaults(*m_saver, path());
             QVERIFY(!defaults.problem().isEmpty());
             defaults.set(u"a", 2);
+            defaults.waitUntilSaved();
 
             const QStringList kept = QDir(m_directory->path()).entryList({u"*.unreadable-*"_s});
             QCOMPARE(kept.size(), 1);
@@ -165,21 +167,28 @@ private Q_SLOTS:
         UserDefaults defaults(*m_saver, path());
         m_calls->failAt(0);
         defaults.set(u"a", 2);
+        defaults.waitUntilSaved();
         QCOMPARE(defaults.integer(u"a"), std::optional<qint64>(2));
         QCOMPARE(contentOf(path()), QByteArray("broken"));
     }
 
     void tellsThatAPreferenceIsNotSaved()
     {
-        UserDefaults defaults(*m_saver, path());
-        QSignalSpy problems(&defaults, &UserDefaults::problemFound);
-        m_calls->failAt(1, EACCES, true);
-        defaults.set(u"a", 2);
-        QCOMPARE(problems.size(), 1);
-        QVERIFY(problems.front().front().toString().contains(path()));
-        m_calls->failAt(0);
-        defaults.set(u"b", 3);
+        {
+            UserDefaults defaults(*m_saver, path());
+            QSignalSpy problems(&defaults, &UserDefaults::problemFound);
+            m_calls->failAt(1, EACCES, true);
+            defaults.set(u"a", 2);
+            defaults.waitUntilSaved();
+            m_calls->failAt(0);
+            QCoreApplication::sendPostedEvents(&defaults);
+            QCOMPARE(problems.size(), 1);
+            QVERIFY(problems.front().front().toString().contains(path()));
+            // The end of the program waits for what is still to be written.
+            defaults.set(u"b", 3);
+        }
         QCOMPARE(UserDefaults(*m_saver, path()).integer(u"a"), std::optional<qint64>(2));
+        QCOMPARE(UserDefaults(*m_saver, path()).integer(u"b"), std::optional<qint64>(3));
     }
 
     void takesTheStoredThreshold()

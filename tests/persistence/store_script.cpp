@@ -62,12 +62,12 @@ int work(const QString &folder, quint32 seed, int firstStep, const QString &mark
     for (;;) {
         script.advance();
         script.perform(store.persistence);
-        await(store.persistence.drained());
         if (savesLanes && script.step() % LaneEverySteps == 0) {
             SwimLane lane = SwimLane::defaultSwimLane();
             lane.height = script.step();
             store.persistence.saveSwimLaneConfiguration({lane});
         }
+        await(store.persistence.drained());
         if (!store.persistence.problems().empty()) {
             tell(u"problem: " + store.persistence.problems().front().message);
         }

@@ -135,6 +135,7 @@ void TestConfigurationFiles::readsAnOutsideChangeOnlyWhenAsked()
 {
     TestStore store;
     store->saveBoardConfiguration(Column::defaultColumns());
+    await(store->drained());
     writeFile(boardPath(store), "[" + GoodColumn + "]");
     QCOMPARE(store->loadBoardConfiguration()->size(), 3u);
     QCOMPARE(store->loadBoardConfiguration(true)->size(), 1u);
@@ -152,6 +153,9 @@ void TestConfigurationFiles::keepsAnUnreadableFileAndThePlacementsAside()
     QCOMPARE(store->loadBoardConfiguration(true), std::nullopt);
     QVERIFY(store->saveBoardConfiguration(Column::defaultColumns()));
 
+    // As it will be, and as it is.
+    QCOMPARE(store->loadBoardConfiguration(true)->size(), 3u);
+    await(store->drained());
     QCOMPARE(store->loadBoardConfiguration(true)->size(), 3u);
     const QDir directory(store.config.directory);
     const QStringList kept = directory.entryList({u"dev-vantrel-board-configuration.json.unreadable-*"_s});
@@ -250,18 +254,20 @@ void TestConfigurationFiles::survivesEveryFailureOfSaving()
         const std::vector<Column> before = Column::defaultColumns();
         std::vector<Column> after = before;
         after[0].name = u"Renamed"_s;
-        QVERIFY(persistence->saveBoardConfiguration(before));
+        persistence->saveBoardConfiguration(before);
+        await(persistence->drained());
 
         calls.failAt(n);
-        const bool isSaved = persistence->saveBoardConfiguration(after);
+        persistence->saveBoardConfiguration(after);
+        await(persistence->drained());
 
         const bool hasFailed = calls.hasFailed();
+        const bool isSaved = persistence->problems().empty();
         const DecodedRecords<Column> onDisk = decodeColumns(contentOf(boardPath(store)));
         QVERIFY2(onDisk.records, qPrintable(onDisk.error));
         QVERIFY(*onDisk.records == before || *onDisk.records == after);
         QVERIFY(isSaved || hasFailed);
         QVERIFY(!isSaved || *onDisk.records == after);
-        QCOMPARE(persistence->problems().empty(), isSaved);
         // What could not be saved is shown on, and saved at the end if that is possible then.
         QCOMPARE(persistence->loadBoardConfiguration(), std::optional(after));
         persistence.reset();

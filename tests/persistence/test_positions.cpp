@@ -242,7 +242,6 @@ void TestPositions::emptiesAColumnAndASwimLaneWithoutLosingABlock()
     expected.blockReason = u"why"_s;
     QCOMPARE(stored(u"a"_s), expected);
     QCOMPARE(stored(u"b"_s), row(u"b"_s, 1, 0, 0));
-    QCOMPARE(store().storedDefaultSwimLaneId(), std::optional(m_lanes.at(0).id));
 
     store().deleteColumnTaskPositions(m_columns.at(1).id);
     QVERIFY(store().loadAllTaskPositions().empty());

@@ -78,8 +78,8 @@ void TestServices::settle()
 bool TestServices::isWorking() const
 {
     return m_services->persistence.pendingJobs() > 0 || m_services->reminderFolder.pendingJobs() > 0 ||
-           m_services->board->persistenceQueue().isProcessing() || m_services->omniFocusBridge->isBusy() ||
-           QThreadPool::globalInstance()->activeThreadCount() > 0;
+           m_services->defaults.pendingJobs() > 0 || m_services->board->persistenceQueue().isProcessing() ||
+           m_services->omniFocusBridge->isBusy() || QThreadPool::globalInstance()->activeThreadCount() > 0;
 }
 
 void TestServices::advance(double seconds)
