@@ -5,6 +5,7 @@
 #include <QTime>
 
 #include <algorithm>
+#include <array>
 #include <cmath>
 
 namespace vantrel::omnifocus {
@@ -27,29 +28,52 @@ QString text(double days)
     return QString::number(days, 'f', 2);
 }
 
-std::optional<QString> nonEmpty(const QString &value)
+std::optional<QString> nonEmpty(QStringView value)
 {
-    return value.isEmpty() ? std::nullopt : std::optional(value);
+    return value.isEmpty() ? std::nullopt : std::optional(value.toString());
 }
 
-RawRecord readRecord(const QStringList &parts, const AnswerDateReader &dates, Date now)
+/** The fields of one record: views into it, so that only what is kept is copied. */
+class Parts
+{
+public:
+    explicit Parts(QStringView record)
+    {
+        for (const QStringView part : record.tokenize(FieldSeparator)) {
+            if (m_count < MostFields) {
+                m_parts[static_cast<std::size_t>(m_count)] = part;
+            }
+            ++m_count;
+        }
+    }
+
+    qsizetype size() const { return m_count; }
+    /** Empty for a field that the record does not have. */
+    QStringView at(std::size_t place) const { return m_parts.at(place); }
+
+private:
+    std::array<QStringView, MostFields> m_parts;
+    qsizetype m_count = 0;
+};
+
+RawRecord readRecord(const Parts &parts, const AnswerDateReader &dates, Date now)
 {
     RawRecord record;
     WorkItemFields &fields = record.fields;
-    fields.id = parts.at(0);
-    fields.name = parts.at(1);
+    fields.id = parts.at(0).toString();
+    fields.name = parts.at(1).toString();
     fields.note = nonEmpty(parts.at(2));
     fields.dueDate = dates.read(parts.at(3));
     fields.completionDate = dates.read(parts.at(4));
     fields.creationDate = dates.read(parts.at(5)).value_or(now);
     fields.modificationDate = dates.read(parts.at(6)).value_or(now);
     fields.isFlagged = parts.at(7) == u"true";
-    fields.project = Project{parts.at(8), parts.at(9)};
-    fields.tag = Tag{parts.at(10), parts.at(11)};
+    fields.project = Project{parts.at(8).toString(), parts.at(9).toString()};
+    fields.tag = Tag{parts.at(10).toString(), parts.at(11).toString()};
     fields.isComplete = parts.at(12) == u"true";
-    fields.deferDate = dates.read(parts.value(13));
-    record.inferredCreationDate = dates.read(parts.value(14));
-    record.isRepeating = parts.value(15) == u"true";
+    fields.deferDate = dates.read(parts.at(13));
+    record.inferredCreationDate = dates.read(parts.at(14));
+    record.isRepeating = parts.at(15) == u"true";
     return record;
 }
 
@@ -159,17 +183,58 @@ std::vector<Info> catalogueFromAnswer(const std::vector<AnswerItem> &items, cons
     return catalogue;
 }
 
-/** Of a match of the reader's pattern: hours up to 23, or up to 12 before or after noon. */
-QTime timeOfDay(const QRegularExpressionMatch &match)
+/** The number that `digits` are, all of them; -1 if they are not. */
+int number(QStringView digits)
 {
-    const auto number = [&match](int group) {
-        return match.capturedView(group).toInt();
-    };
-    if (match.hasCaptured(2)) {
-        return QTime(number(2), number(3), number(4));
+    int value = 0;
+    for (const QChar digit : digits) {
+        if (digit < u'0' || digit > u'9') {
+            return -1;
+        }
+        value = value * 10 + digit.digitValue();
     }
-    const int noon = match.hasCaptured(9) ? 12 : 0;
-    return QTime(number(5) % 12 + noon, number(6), number(7));
+    return value;
+}
+
+/** Takes the time of day off the end of `text`, and what separates it from the day; invalid if it is none. */
+QTime takeTime(QStringView &text, QStringView beforeNoon, QStringView afterNoon)
+{
+    const bool isMorning = !beforeNoon.isEmpty() && text.endsWith(beforeNoon);
+    const bool isEvening = !isMorning && !afterNoon.isEmpty() && text.endsWith(afterNoon);
+    QStringView rest = text;
+    if (isMorning || isEvening) {
+        rest.chop((isMorning ? beforeNoon : afterNoon).size());
+        if (!rest.endsWith(u' ')) {
+            return {};
+        }
+        rest.chop(1);
+    }
+    // Hours of one digit are those before or after noon only.
+    constexpr qsizetype tail = 6; // ":mm:ss"
+    const qsizetype colon = rest.size() - tail;
+    const bool hasTwoDigits = colon >= 2 && rest[colon - 2].isDigit();
+    const qsizetype start = colon - (hasTwoDigits ? 2 : 1);
+    if (start < 1 || rest[colon] != u':' || rest[colon + 3] != u':') {
+        return {};
+    }
+    int hour = number(rest.sliced(start, colon - start));
+    if (isMorning || isEvening) {
+        if (hour < (hasTwoDigits ? 10 : 1) || hour > 12) {
+            return {};
+        }
+        hour = hour % 12 + (isEvening ? 12 : 0);
+    } else if (!hasTwoDigits) {
+        return {};
+    }
+    const QTime time(hour, number(rest.sliced(colon + 1, 2)), number(rest.sliced(colon + 4, 2)));
+    rest.truncate(start);
+    for (const QStringView separator : {QStringView(u" at "), QStringView(u", "), QStringView(u" ")}) {
+        if (rest.endsWith(separator)) {
+            text = rest.chopped(separator.size());
+            return time;
+        }
+    }
+    return {};
 }
 
 } // namespace
@@ -177,36 +242,41 @@ QTime timeOfDay(const QRegularExpressionMatch &match)
 AnswerDateReader::AnswerDateReader(QLocale locale)
     : m_locale(std::move(locale)),
       m_dateFormats{m_locale.dateFormat(QLocale::LongFormat), QStringLiteral("dddd, d MMMM yyyy")},
-      m_pattern(QStringLiteral("^(.*?)(?: at |, | )(?:([0-9]{2}):([0-9]{2}):([0-9]{2})|"
-                               "([1-9]|1[0-2]):([0-9]{2}):([0-9]{2}) (?:(%1)|(%2)))$")
-                    .arg(QRegularExpression::escape(m_locale.amText().toUpper()),
-                         QRegularExpression::escape(m_locale.pmText().toUpper())))
+      m_beforeNoon(m_locale.amText().toUpper()),
+      m_afterNoon(m_locale.pmText().toUpper())
 {
 }
 
-std::optional<Date> AnswerDateReader::read(const QString &text) const
+std::optional<Date> AnswerDateReader::read(QStringView text) const
 {
     if (text.isEmpty()) {
         return std::nullopt;
     }
-    QString plain = text;
-    plain.replace(u'\u202F', u' ').replace(u'\u00A0', u' ');
-    const QRegularExpressionMatch match = m_pattern.match(plain);
-    const Day day = match.hasMatch() ? readDay(match.captured(1)) : Day();
-    const QTime time = timeOfDay(match);
-    if (!day.date.isValid() || !time.isValid()) {
+    QString plain;
+    if (text.contains(u'\u202F') || text.contains(u'\u00A0')) {
+        plain = text.toString().replace(u'\u202F', u' ').replace(u'\u00A0', u' ');
+        text = plain;
+    }
+    const QTime time = takeTime(text, m_beforeNoon, m_afterNoon);
+    if (!time.isValid()) {
+        return std::nullopt;
+    }
+    const Day day = readDay(text);
+    if (!day.date.isValid()) {
         return std::nullopt;
     }
     return day.start ? *day.start + time.msecsSinceStartOfDay() / 1000.0
                      : Date::fromDateTime(QDateTime(day.date, time));
 }
 
-AnswerDateReader::Day AnswerDateReader::readDay(const QString &text) const
+AnswerDateReader::Day AnswerDateReader::readDay(QStringView view) const
 {
-    const auto known = m_days.constFind(text);
+    // Without a copy: mostly it is known.
+    const auto known = m_days.constFind(QString::fromRawData(view.data(), view.size()));
     if (known != m_days.cend()) {
         return *known;
     }
+    const QString text = view.toString();
     Day day;
     for (const QString &format : m_dateFormats) {
         const QDate candidate = m_locale.toDate(text, format);
@@ -236,7 +306,7 @@ std::vector<TaskRecord> tasksFromAnswer(const std::vector<AnswerItem> &items, co
         if (!item) {
             continue;
         }
-        const QStringList parts = item->split(FieldSeparator.toString());
+        const Parts parts(*item);
         if (parts.size() < fewestFields) {
             log::error(QStringLiteral("Task string has insufficient components: %1, expected at least %2")
                            .arg(parts.size())

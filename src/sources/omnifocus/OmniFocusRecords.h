@@ -5,7 +5,6 @@
 
 #include <QHash>
 #include <QLocale>
-#include <QRegularExpression>
 
 namespace vantrel {
 
@@ -25,7 +24,7 @@ public:
     explicit AnswerDateReader(QLocale locale);
 
     /** Nothing unless the whole text is a date in exactly that form. */
-    std::optional<Date> read(const QString &text) const;
+    std::optional<Date> read(QStringView text) const;
 
 private:
     struct Day
@@ -36,11 +35,12 @@ private:
         std::optional<Date> start;
     };
 
-    Day readDay(const QString &text) const;
+    Day readDay(QStringView view) const;
 
     QLocale m_locale;
     QStringList m_dateFormats;
-    QRegularExpression m_pattern;
+    QString m_beforeNoon;
+    QString m_afterNoon;
     mutable QHash<QString, Day> m_days;
 };
 
