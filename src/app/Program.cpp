@@ -62,6 +62,12 @@ int Program::exec()
     QObject::connect(&signals, &TerminationSignals::received, qApp, [] { QCoreApplication::quit(); });
     QObject::connect(m_app.commands(), &Commands::quitRequested, qApp, [] { QCoreApplication::quit(); });
     QObject::connect(qApp, &QCoreApplication::aboutToQuit, qApp, [this] { endInOrder(); });
+    QObject::connect(qApp, &QGuiApplication::applicationStateChanged, qApp,
+                     [this](Qt::ApplicationState state) {
+                         if (state == Qt::ApplicationActive) {
+                             m_services.reminderFolder.lookAgain();
+                         }
+                     });
     m_clock.after(SoundPreparationDelay, m_window.window(), [this] { m_services.sounds.prepare(); });
     return QGuiApplication::exec();
 }

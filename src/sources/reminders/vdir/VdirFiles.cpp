@@ -1,6 +1,7 @@
 #include "sources/reminders/vdir/VdirFiles.h"
 
 #include "sources/reminders/vdir/IcsTodos.h"
+#include "sources/reminders/vdir/TwoThreads.h"
 
 #include <algorithm>
 #include <cerrno>
@@ -127,25 +128,32 @@ FolderEntries readFolder(const QByteArray &path)
         result.failure = errno;
         return result;
     }
-    const int descriptor = ::dirfd(folder.get());
+    std::vector<FolderEntries::Entry> &entries = result.entries;
     errno = 0;
     while (const dirent *entry = ::readdir(folder.get())) {
         const QByteArrayView name(entry->d_name);
         const bool mayBeFolder =
             entry->d_type == DT_DIR || entry->d_type == DT_LNK || entry->d_type == DT_UNKNOWN;
-        if (name.startsWith('.') || !(mayBeFolder || isTaskFileName(name))) {
-            continue;
-        }
-        struct stat status
-        {
-        };
-        if (::fstatat(descriptor, entry->d_name, &status, 0) == 0 &&
-            (S_ISDIR(status.st_mode) || isTaskFileName(name))) {
-            result.entries.push_back({name.toByteArray(), S_ISDIR(status.st_mode), stampFrom(status)});
+        if (!name.startsWith('.') && (mayBeFolder || isTaskFileName(name))) {
+            entries.push_back({name.toByteArray(), false, {}});
         }
         errno = 0;
     }
     result.failure = errno;
+    const int descriptor = ::dirfd(folder.get());
+    onTwoThreads(entries.size(), [&entries, descriptor](std::size_t place) {
+        FolderEntries::Entry &entry = entries[place];
+        struct stat status
+        {
+        };
+        if (::fstatat(descriptor, entry.name.constData(), &status, 0) == 0) {
+            entry.isFolder = S_ISDIR(status.st_mode);
+            entry.stamp = stampFrom(status);
+        }
+    });
+    std::erase_if(entries, [](const FolderEntries::Entry &entry) {
+        return entry.stamp == FileStamp() || !(entry.isFolder || isTaskFileName(entry.name));
+    });
     return result;
 }
 

@@ -3,13 +3,13 @@
 #include "foundations/Log.h"
 #include "sources/reminders/vdir/IcsTodos.h"
 #include "sources/reminders/vdir/ReminderCodec.h"
+#include "sources/reminders/vdir/TwoThreads.h"
 #include "sources/reminders/vdir/VdirFiles.h"
 
 #include <QFile>
 
 #include <algorithm>
 #include <cerrno>
-#include <thread>
 
 #include <unistd.h>
 
@@ -242,26 +242,14 @@ void VdirFolder::forgetVanished(const Survey::List &surveyed, qint64 edition, Ne
 
 void VdirFolder::read(std::vector<Reading> &readings)
 {
-    const auto readSome = [&readings](size_t first, size_t last) {
-        for (size_t place = first; place < last; ++place) {
-            Reading &reading = readings[place];
-            reading.content = vdir::readFile(reading.path);
-            if (reading.content.failure == 0 && !reading.content.isTooLarge) {
-                reading.reminders = IcsTodos::read(reading.content.text, fallbackId(reading.name));
-            }
-            reading.content.text.clear();
+    onTwoThreads(readings.size(), [&readings](std::size_t place) {
+        Reading &reading = readings[place];
+        reading.content = vdir::readFile(reading.path);
+        if (reading.content.failure == 0 && !reading.content.isTooLarge) {
+            reading.reminders = IcsTodos::read(reading.content.text, fallbackId(reading.name));
         }
-    };
-    constexpr size_t worthAThread = 64;
-    const size_t half = readings.size() < worthAThread ? 0 : readings.size() / 2;
-    std::thread helper;
-    if (half > 0) {
-        helper = std::thread(readSome, 0, half);
-    }
-    readSome(half, readings.size());
-    if (helper.joinable()) {
-        helper.join();
-    }
+        reading.content.text.clear();
+    });
 }
 
 void VdirFolder::takeReading(Reading &reading, News &news)

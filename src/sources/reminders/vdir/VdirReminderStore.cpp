@@ -28,7 +28,7 @@ VdirReminderStore::VdirReminderStore(UserDefaults &defaults, PersistenceManager 
                                      FileCalls &calls, Clock &clock)
     : m_defaults(defaults), m_persistence(persistence), m_calls(calls), m_clock(clock)
 {
-    connect(&m_watcher, &QFileSystemWatcher::directoryChanged, this, &VdirReminderStore::handleChangedFolder);
+    connect(&m_watcher, &QFileSystemWatcher::directoryChanged, this, &VdirReminderStore::lookAgain);
 }
 
 // Access.
@@ -150,7 +150,7 @@ void VdirReminderStore::watch(const QStringList &folders)
     m_watcher.addPaths(folders);
 }
 
-void VdirReminderStore::handleChangedFolder()
+void VdirReminderStore::lookAgain()
 {
     if (std::exchange(m_isLookAwaited, true)) {
         return;
@@ -163,7 +163,7 @@ void VdirReminderStore::handleChangedFolder()
 
 QCoro::Task<> VdirReminderStore::lookForChanges()
 {
-    if (!m_chosen || m_chosen->contents.path() != folderPath()) {
+    if (!m_chosen || !m_chosen->isIndexed || m_chosen->contents.path() != folderPath()) {
         co_return;
     }
     const QPointer self(this);

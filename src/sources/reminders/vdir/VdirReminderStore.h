@@ -42,6 +42,13 @@ public:
     QCoro::Task<std::optional<Reminder>> reminder(QString identifier) override;
     QCoro::Task<QString> save(Reminder reminder) override;
 
+    /**
+     * Sees soon whether other programs have changed anything; changed() tells. To be called when the user
+     * comes back from them: a file that is written over in its place is no change of its folder, which is all
+     * that is watched.
+     */
+    void lookAgain();
+
     /** Jobs under way on the thread of files. */
     qsizetype pendingJobs() const { return m_queue.waitingJobs(); }
 
@@ -65,7 +72,6 @@ private:
     QCoro::Task<VdirFolder::News> look(std::shared_ptr<Chosen> folder);
     void takeNews(Chosen &folder, VdirFolder::News &news);
     void watch(const QStringList &folders);
-    void handleChangedFolder();
     QCoro::Task<> lookForChanges();
     void tellUnreadable(const QStringList &files);
     template <typename T>
