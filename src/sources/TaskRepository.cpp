@@ -160,6 +160,7 @@ void TaskRepository::finish(const Run &run)
 QCoro::Task<FetchedTasks> TaskRepository::fetchTasksFromAllManagers(std::shared_ptr<Run> run)
 {
     const QPointer self(this);
+    Clock &clock = m_clock;
     if (m_taskManagers.empty() && !enablePlainTextAsFallback()) {
         log::warning(QStringLiteral(
             "💀 TASK REPOSITORY: No task managers available after trying to enable Plain Text"));
@@ -176,6 +177,8 @@ QCoro::Task<FetchedTasks> TaskRepository::fetchTasksFromAllManagers(std::shared_
     for (QCoro::Task<> &question : asked) {
         co_await question;
     }
+    // The last source has just used up a slice of its own.
+    co_await clock.yieldToEventLoop();
     if (!self) {
         co_return FetchedTasks();
     }
