@@ -72,8 +72,10 @@ QCoro::Task<> BoardState::updateTaskManagerForTaskMove(WorkItemPtr task, Column 
                   task->name(), isComplete ? u"complete"_s : u"incomplete"_s, itemClassName(*task)),
               Category);
     std::optional<QString> failure;
+    QString source = itemClassName(*task);
     try {
         TaskManagerProtocol &manager = getTaskManager(*task);
+        source = manager.taskManagerName();
         log::info(u"Using %1 manager for task %2"_s.arg(manager.taskManagerName(),
                                                         isComplete ? u"completion"_s : u"reopening"_s),
                   Category);
@@ -93,7 +95,7 @@ QCoro::Task<> BoardState::updateTaskManagerForTaskMove(WorkItemPtr task, Column 
     }
     if (failure) {
         log::error(u"Failed to update OmniFocus for task %1: %2"_s.arg(task->name(), *failure), Category);
-        failOperation(id, tr("Failed to update OmniFocus for task %1: %2").arg(task->name(), *failure),
+        failOperation(id, tr("Failed to update %1 for task %2: %3").arg(source, task->name(), *failure),
                       *failure);
     } else {
         finishSourceUpdate(task, isComplete, target.id, swimLaneId);

@@ -54,7 +54,7 @@ Item {
     /** What is to be said of the part of the card at this point. */
     function tipAt(x: real, y: real): string {
         if (failure.active && failure.contains(failure.mapFromItem(root, x, y)))
-            return operationError;
+            return qsTr("%1\nClick to try again.").arg(operationError);
         const inMetadata = metadata.mapFromItem(root, x, y);
         return metadata.visible && metadata.contains(inMetadata) ? metadata.tipAt(inMetadata.x, inMetadata.y)
                                                                  : title.truncated ? card.title : "";
@@ -152,6 +152,8 @@ Item {
             symbol: "exclamationmark.triangle.fill"
             ink: Theme.red
             text: qsTr("Retry")
+            // The card's own hint tells why, too.
+            hint: ""
             onClicked: root.retryRequested()
         }
     }
