@@ -68,6 +68,15 @@ struct TaskUpdate
     WorkItemPtr item;
 };
 
+/** How an import ended. */
+struct ImportResult
+{
+    /** Tasks that are on the board now. */
+    int count = 0;
+    /** False while the store cannot take them; it keeps trying. */
+    bool isStored = false;
+};
+
 /** How an export to the clipboard ended. */
 struct ExportResult
 {
@@ -185,11 +194,12 @@ public:
 
     /**
      * Makes plain text tasks of the lines, in their order at the head of a cell: that of the first queue
-     * column and the default swimlane unless others are given. Gives their number; 0 on a board without
-     * columns.
+     * column and the default swimlane unless others are given; none on a board without columns. They are on
+     * the board at once; resumes when they are stored, or cannot be.
      */
-    int importPlainTextTasks(const std::vector<ParsedPlainTextTask> &tasks, std::optional<ColumnId> columnId,
-                             std::optional<SwimLaneId> swimLaneId);
+    QCoro::Task<ImportResult> importPlainTextTasks(std::vector<ParsedPlainTextTask> tasks,
+                                                   std::optional<ColumnId> columnId,
+                                                   std::optional<SwimLaneId> swimLaneId);
     /** The tasks as text, in the order of the board; empty without tasks. */
     QString exportText(ExportScope scope, ExportFormat format, std::optional<ColumnId> columnId,
                        std::optional<SwimLaneId> swimLaneId) const;

@@ -47,14 +47,15 @@ QSet<QString> idsOf(const WorkItems &tasks)
 
 // Text in
 
-int BoardState::importPlainTextTasks(const std::vector<ParsedPlainTextTask> &tasks,
-                                     std::optional<ColumnId> columnId, std::optional<SwimLaneId> swimLaneId)
+QCoro::Task<ImportResult> BoardState::importPlainTextTasks(std::vector<ParsedPlainTextTask> tasks,
+                                                           std::optional<ColumnId> columnId,
+                                                           std::optional<SwimLaneId> swimLaneId)
 {
     PlainTextTaskManager *plainText = plainTextManager();
     const std::optional<ColumnId> column = columnId ? columnId : columnOfImports();
     if (!plainText || !column) {
         log::debug(u"No columns available to import tasks"_s);
-        return 0;
+        co_return ImportResult();
     }
     const CellId cell{swimLaneId.value_or(m_swimLaneManager.defaultSwimLane().id), *column};
     std::vector<PlainTextRecord> records;
@@ -70,15 +71,18 @@ int BoardState::importPlainTextTasks(const std::vector<ParsedPlainTextTask> &tas
         places.push_back({record.fields.id, cell.column, cell.swimLane, position});
         records.push_back(std::move(record));
     }
-    m_services.persistence.savePlainTextTasks(std::move(records));
-    m_services.persistence.batchSaveTaskPositions(std::move(places));
-    // Whoever stood there has moved on, in the store too.
-    reindexTaskPositions(cell.column, cell.swimLane);
+    auto storing = m_services.persistence.addPlainTextTasks(std::move(records), std::move(places));
+    if (m_placements.placesIn(cell).size() > tasks.size()) {
+        // Whoever stood there has moved on, in the store too.
+        reindexTaskPositions(cell.column, cell.swimLane);
+    }
     m_services.repository.invalidateCache();
     m_filterManager.updateAvailableTags(this->tasks());
     invalidateDerivedCollections();
     postSwimLaneWIPCountsChanged();
-    return static_cast<int>(tasks.size());
+    ImportResult result{static_cast<int>(tasks.size()), false};
+    result.isStored = co_await storing;
+    co_return ImportResult(result);
 }
 
 std::optional<ColumnId> BoardState::columnOfImports() const
@@ -98,7 +102,7 @@ Tag BoardState::findOrCreateTag(const QString &name) const
     const QString wantedId = u"tag-" + wantedName;
     for (const WorkItemPtr &task : m_placements.tasks()) {
         const std::optional<Tag> &tag = task->tag();
-        if (tag && (tag->name.toLower() == wantedName || tag->id == wantedId)) {
+        if (tag && (tag->name.compare(wantedName, Qt::CaseInsensitive) == 0 || tag->id == wantedId)) {
             return *tag;
         }
     }

@@ -148,6 +148,10 @@ public:
     /** Inserts or updates; a stored creation date stays. */
     void savePlainTextTask(const PlainTextRecord &record);
     void savePlainTextTasks(std::vector<PlainTextRecord> records);
+    /** Saves new tasks with their places, all or none; resumes after the commit, with false if they are not
+     * stored (yet). */
+    QCoro::Task<bool> addPlainTextTasks(std::vector<PlainTextRecord> records,
+                                        std::vector<TaskPosition> places);
     std::vector<PlainTextRecord> loadPlainTextTasks();
     /** Deletes the task's row; nothing writes this id again in this run, whatever is still under way. */
     void deletePlainTextTask(const QString &taskId);

@@ -346,6 +346,21 @@ void PersistenceManager::savePlainTextTasks(std::vector<PlainTextRecord> records
     });
 }
 
+QCoro::Task<bool> PersistenceManager::addPlainTextTasks(std::vector<PlainTextRecord> records,
+                                                        std::vector<TaskPosition> places)
+{
+    auto add = [store = m_store.get(), records = std::move(records), rows = rowsFor(places),
+                now = m_clock.now()] {
+        SqliteTransaction transaction(store->database.connection());
+        return transaction.hasBegun() && store->plainTextTasks.save(records, now) &&
+               store->positions.savePlaces(rows) && transaction.commit();
+    };
+    return m_store->database.queue().run(
+        [store = m_store.get(), now = m_clock.now(), add = std::move(add)]() mutable {
+            return store->database.write(now, std::move(add));
+        });
+}
+
 std::vector<PlainTextRecord> PersistenceManager::loadPlainTextTasks()
 {
     return readNow(*m_store, [this] { return m_store->plainTextTasks.loadAll(); });

@@ -4,9 +4,11 @@
 #include "feedback/Announcer.h"
 #include "feedback/DesktopPorts.h"
 #include "feedback/ToastManager.h"
+#include "foundations/Launch.h"
 #include "foundations/NotificationNames.h"
 #include "sources/TaskManagerFactory.h"
 
+#include <QPointer>
 #include <QSet>
 #include <QVariantMap>
 
@@ -45,6 +47,7 @@ void TaskImportViewModel::show()
         return;
     }
     m_isOpen = true;
+    m_importedCount.reset();
     m_selectedColumn = 0;
     m_selectedSwimLane = 0;
     Q_EMIT changed();
@@ -174,26 +177,45 @@ QString TaskImportViewModel::importText() const
 
 QString TaskImportViewModel::confirmation() const
 {
-    return m_importedCount ? tr("%1 tasks have been imported successfully.").arg(*m_importedCount)
-                           : QString();
+    if (!m_importedCount) {
+        return {};
+    }
+    const QString text = m_isStored ? tr("%1 tasks have been imported successfully.")
+                                    : tr("%1 tasks are on the board, but could not be saved yet. The text is "
+                                         "kept here.");
+    return text.arg(*m_importedCount);
 }
 
 void TaskImportViewModel::importTasks()
 {
-    if (m_parsedTasks.empty() || m_importedCount) {
-        return;
+    if (!m_parsedTasks.empty() && !m_isImporting && !m_importedCount) {
+        launch(import(), QStringLiteral("TaskImport"));
     }
-    const int count = m_services.board.importPlainTextTasks(
+}
+
+QCoro::Task<> TaskImportViewModel::import()
+{
+    const QPointer<TaskImportViewModel> self(this);
+    m_isImporting = true;
+    auto importing = m_services.board.importPlainTextTasks(
         m_parsedTasks, chosenId(m_services.board.columnManager().columns(), m_selectedColumn),
         chosenId(m_services.board.swimLaneManager().swimLanes(), m_selectedSwimLane));
-    if (count == 0) {
+    const ImportResult result = co_await importing;
+    if (!self) {
+        co_return;
+    }
+    m_isImporting = false;
+    if (result.count == 0) {
         m_errorMessage = tr("There is no column to import the tasks into.");
         Q_EMIT changed();
-        return;
+        co_return;
     }
-    m_importedCount = count;
+    m_importedCount = result.count;
+    m_isStored = result.isStored;
     m_parsedTasks.clear();
-    setInputText({});
+    if (m_isStored) {
+        setInputText({});
+    }
     Q_EMIT changed();
     m_services.announcer.announce(confirmation());
 }

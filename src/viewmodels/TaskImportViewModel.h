@@ -3,6 +3,7 @@
 #include "exchange/PlainTextTaskParser.h"
 #include "viewmodels/TaskExportViewModel.h"
 
+#include <QCoroTask>
 #include <QVariantList>
 
 namespace vantrel {
@@ -53,12 +54,12 @@ public:
     void setSelectedSwimLane(int index);
     /** The words of the button that imports. */
     QString importText() const;
-    /** How many tasks came in, after it was done; empty before. */
+    /** How many tasks came in and whether they are stored, after it was done; empty before. */
     QString confirmation() const;
     QString errorMessage() const { return m_errorMessage; }
 
     Q_INVOKABLE void show();
-    /** Leaves the dialog; a text that was not imported is there again next time. */
+    /** Leaves the dialog; a text that was not imported, or not stored, is there again next time. */
     Q_INVOKABLE void close();
     Q_INVOKABLE void pasteFromClipboard();
     /** Reads the list and shows what it holds. */
@@ -72,6 +73,8 @@ Q_SIGNALS:
     void changed();
 
 private:
+    QCoro::Task<> import();
+
     ExchangeServices m_services;
     bool m_isOpen = false;
     QString m_inputText;
@@ -80,7 +83,9 @@ private:
     int m_ignoredLines = 0;
     int m_selectedColumn = 0;
     int m_selectedSwimLane = 0;
+    bool m_isImporting = false;
     std::optional<int> m_importedCount;
+    bool m_isStored = false;
     QString m_errorMessage;
 };
 

@@ -42,10 +42,10 @@ private Q_SLOTS:
 private:
     int import(const QString &text, std::optional<ColumnId> column = {}, std::optional<SwimLaneId> lane = {})
     {
-        const int count =
-            (*m_board)->importPlainTextTasks(PlainTextTaskParser::parseTaskList(text), column, lane);
+        const ImportResult result =
+            await((*m_board)->importPlainTextTasks(PlainTextTaskParser::parseTaskList(text), column, lane));
         m_board->settle();
-        return count;
+        return result.isStored ? result.count : -1;
     }
     QStringList names(ColumnId column, SwimLaneId lane)
     {

@@ -3,6 +3,7 @@
 #include "support/RawDatabase.h"
 #include "support/TestFiles.h"
 #include "support/TestRegistry.h"
+#include "viewmodels/AppViewModel.h"
 
 #include <QDir>
 #include <QFile>
@@ -210,13 +211,22 @@ private Q_SLOTS:
         QTRY_VERIFY2(story.toast().contains(u"devTaskPositions.sqlite"_s), qPrintable(story.toast()));
         QCOMPARE(story.shownIn(u"Doing"_s), QStringList{u"a"_s});
 
+        TaskImportViewModel &importer = *story.viewModels().importer();
+        importer.show();
+        importer.setInputText(u"- [ ] c\n- [ ] d"_s);
+        importer.parseInput();
+        importer.importTasks();
+        QTRY_VERIFY(importer.confirmation().contains(u"could not be saved yet"_s));
+        QCOMPARE(importer.inputText(), u"- [ ] c\n- [ ] d"_s);
+        QCOMPARE(story.shownIn(u"To Do"_s), (QStringList{u"c"_s, u"d"_s, u"b"_s}));
+
         disk.failAt(0);
         story.rename(u"b"_s, u"B"_s);
         story.settle();
         story.restart();
 
         QCOMPARE(story.shownIn(u"Doing"_s), QStringList{u"a"_s});
-        QCOMPARE(story.shownIn(u"To Do"_s), QStringList{u"B"_s});
+        QCOMPARE(story.shownIn(u"To Do"_s), (QStringList{u"c"_s, u"d"_s, u"B"_s}));
         QCOMPARE(story.task(u"B"_s)->blockReason(), u"no space"_s);
     }
 

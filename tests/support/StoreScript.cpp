@@ -84,12 +84,10 @@ const ScriptedState &StoreScript::advance()
     }
     switch (below(12)) {
     case 0:
+        m_ids.size() < MostTasks ? createTask() : removeTask();
+        break;
     case 1:
-        if (m_ids.size() < MostTasks) {
-            createTask();
-        } else {
-            removeTask();
-        }
+        m_ids.size() < MostTasks ? importTasks() : removeTask();
         break;
     case 2:
         editTask();
@@ -125,7 +123,7 @@ QString StoreScript::anyTask()
     return m_ids.at(static_cast<std::size_t>(below(static_cast<int>(m_ids.size()))));
 }
 
-void StoreScript::createTask()
+PlainTextRecord StoreScript::newTask()
 {
     PlainTextRecord record;
     record.fields.id = u"plaintext-" + m_mark + u'-' + QString::number(++m_created);
@@ -135,8 +133,28 @@ void StoreScript::createTask()
     record.originalText = u"- [ ] " + record.fields.name;
     m_ids.push_back(record.fields.id);
     m_state.tasks[record.fields.id] = record;
-    m_action = [record](PersistenceManager &persistence) {
+    return record;
+}
+
+void StoreScript::createTask()
+{
+    m_action = [record = newTask()](PersistenceManager &persistence) {
         persistence.savePlainTextTask(record);
+    };
+}
+
+void StoreScript::importTasks()
+{
+    std::vector<PlainTextRecord> records;
+    std::vector<TaskPosition> places;
+    for (int i = 0; i < 3; ++i) {
+        records.push_back(newTask());
+        const QString &id = records.back().fields.id;
+        places.push_back({id, m_columns.front(), m_lanes.front(), i});
+        m_state.places[id] = {m_columns.front(), m_lanes.front(), i, false, {}};
+    }
+    m_action = [records, places](PersistenceManager &persistence) {
+        persistence.addPlainTextTasks(records, places);
     };
 }
 

@@ -57,7 +57,9 @@ private:
 
     int below(int limit) { return static_cast<int>(m_random() % static_cast<quint32>(limit)); }
     QString anyTask();
+    PlainTextRecord newTask();
     void createTask();
+    void importTasks();
     void editTask();
     void placeTask();
     void moveSeveral();

@@ -38,6 +38,8 @@ private Q_SLOTS:
         importer().setSelectedColumn(2);
         importer().importTasks();
         importer().importTasks();
+        QCOMPARE(importer().confirmation(), QString());
+        m_services->settle();
         QCOMPARE(importer().confirmation(), u"2 tasks have been imported successfully."_s);
         QCOMPARE(board().tasksByColumn(board().columnManager().columns().at(1).id).size(), 2U);
         importer().close();

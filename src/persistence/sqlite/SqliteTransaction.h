@@ -5,7 +5,8 @@
 namespace vantrel {
 
 /**
- * Takes the database for writing, and undoes what was written unless commit() succeeds.
+ * Takes the database for writing, and undoes what was written unless commit() succeeds. Within another one it
+ * is a part of that, which alone commits or undoes all of it.
  *
  * SQLite has already rolled back by itself after some failures, as on a full disk; that is no second failure.
  */
@@ -13,12 +14,14 @@ class SqliteTransaction
 {
 public:
     explicit SqliteTransaction(SqliteConnection &connection)
-        : m_connection(connection), m_hasBegun(connection.execute("BEGIN IMMEDIATE TRANSACTION"))
+        : m_connection(connection),
+          m_isPart(!connection.isAutocommit()),
+          m_hasBegun(m_isPart || connection.execute("BEGIN IMMEDIATE TRANSACTION"))
     {
     }
     ~SqliteTransaction()
     {
-        if (m_hasBegun && !m_connection.isAutocommit()) {
+        if (m_hasBegun && !m_isPart && !m_connection.isAutocommit()) {
             m_connection.execute("ROLLBACK");
         }
     }
@@ -26,10 +29,11 @@ public:
 
     /** False if the database could not be taken; nothing may be written then. */
     bool hasBegun() const { return m_hasBegun; }
-    bool commit() { return m_connection.execute("COMMIT"); }
+    bool commit() { return m_isPart || m_connection.execute("COMMIT"); }
 
 private:
     SqliteConnection &m_connection;
+    bool m_isPart;
     bool m_hasBegun;
 };
 
