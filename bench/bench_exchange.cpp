@@ -241,7 +241,8 @@ void benchImport()
         const SwimLane &lane = bench.board().swimLaneManager().swimLanes().at(std::size_t(round / 5 % 10));
         ++round;
         return milliseconds([&] {
-            bench.board().importPlainTextTasks(PlainTextTaskParser::parseTaskList(text), column.id, lane.id);
+            const auto importing = bench.board().importPlainTextTasks(
+                PlainTextTaskParser::parseTaskList(text), column.id, lane.id);
             bench.settle();
         });
     };
