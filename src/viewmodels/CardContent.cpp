@@ -35,6 +35,7 @@ private:
     void writeRecurrence();
     void writeDueDate();
     QString describe() const;
+    QList<CardPartContent> parts() const;
 
     const WorkItem &m_task;
     const CardRules &m_rules;
@@ -60,6 +61,7 @@ CardContent CardWriter::write()
     m_card.ageDescription = tr("Task was created %1 ago").arg(interval(m_task.age(m_rules.now)));
     m_card.isAging = !m_task.isComplete() && m_task.isAging(m_rules.now, m_rules.workAgeWarningDays);
     m_card.accessibleDescription = describe();
+    m_card.parts = parts();
     return m_card;
 }
 
@@ -150,16 +152,16 @@ void CardWriter::writeDueDate()
     m_card.dueText = m_rules.helper.formattedDueDate(m_task, m_rules.now).value_or(QString());
     QString state;
     if (m_task.isComplete()) {
-        m_card.dueState = DueState::Completed;
+        m_card.dueTone = CardTone::Done;
         state = tr("Task is completed");
     } else if (m_task.isOverdue(m_rules.now)) {
-        m_card.dueState = DueState::Overdue;
+        m_card.dueTone = CardTone::Overdue;
         state = tr("Task is overdue");
     } else if (m_rules.helper.isDueSoon(m_task.dueDate(), m_rules.now)) {
-        m_card.dueState = DueState::Soon;
+        m_card.dueTone = CardTone::Soon;
         state = tr("Task is due soon");
     } else {
-        m_card.dueState = DueState::Later;
+        m_card.dueTone = CardTone::Later;
     }
     m_card.dueDescription = tr("Due %1").arg(m_rules.helper.formattedDueString(*m_task.dueDate()));
     if (!state.isEmpty()) m_card.dueDescription += u". " + state;
@@ -180,6 +182,27 @@ QString CardWriter::describe() const
                   m_card.recurrenceText, m_card.dueDescription, m_card.ageDescription};
     sentences.removeAll(QString());
     return sentences.join(u". ");
+}
+
+QList<CardPartContent> CardWriter::parts() const
+{
+    using namespace KanbanCardFocus;
+    QList<CardPartContent> parts{{Icon, CardTone::Quiet, m_card.sourceIcon, {}, m_card.sourceText}};
+    const auto add = [&parts](bool isThere, const CardPartContent &part) {
+        if (isThere) parts.append(part);
+    };
+    add(!m_card.priorityIcon.isEmpty(),
+        {None, CardTone::Alarm, m_card.priorityIcon, {}, m_card.priorityText});
+    add(!m_card.note.isEmpty(), {NoteIcon, CardTone::Quiet, QStringLiteral("note"), {}, m_card.note});
+    add(m_card.isFlagged, {None, CardTone::Flag, QStringLiteral("flag"), {}, tr("Flagged")});
+    add(!m_card.recurrenceIcon.isEmpty(),
+        {Recurring, CardTone::Quiet, m_card.recurrenceIcon, {}, m_card.recurrenceText});
+    add(m_card.isBlocked, {Blocked, CardTone::Alarm, QStringLiteral("exclamationmark.triangle"),
+                           m_card.blockedText, tr("Blocked task. Click to see or add reason.")});
+    add(!m_card.tag.isEmpty(), {KanbanCardFocus::Tag, CardTone::Tag, {}, m_card.tag, {}});
+    add(!m_card.dueText.isEmpty(), {DueDate, m_card.dueTone, QStringLiteral("calendar.badge.clock"),
+                                    m_card.dueText, m_card.dueDescription});
+    return parts;
 }
 
 QString CardWriter::interval(double seconds)
@@ -232,6 +255,15 @@ QString CardWriter::name(KanbanCardFocus::Value component)
 }
 
 } // namespace
+
+QVariantList CardContent::partList() const
+{
+    QVariantList list;
+    for (const CardPartContent &part : parts) {
+        list.append(QVariant::fromValue(part));
+    }
+    return list;
+}
 
 CardContent cardContent(const WorkItem &task, const CardRules &rules)
 {

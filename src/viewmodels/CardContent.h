@@ -5,6 +5,7 @@
 
 #include <QList>
 #include <QString>
+#include <QVariantList>
 #include <QtQml/qqmlregistration.h>
 
 #include <optional>
@@ -21,15 +22,38 @@ Q_ENUM_NS(Value)
 
 } // namespace KanbanCardFocus
 
-/** How urgent a due date is; decides its colour. */
-namespace DueState {
+/** What a part of a card means; decides its colours. From Tag on, on a tinted ground. */
+namespace CardTone {
 Q_NAMESPACE
 QML_ELEMENT
 
-enum Value { None, Later, Soon, Overdue, Completed };
+enum Value { Plain, Quiet, Flag, Alarm, Aging, Tag, Later, Soon, Overdue, Done };
 Q_ENUM_NS(Value)
 
-} // namespace DueState
+} // namespace CardTone
+
+/** One part of the last rows of a card: a symbol, a text, or both. */
+struct CardPartContent
+{
+    Q_GADGET
+    QML_VALUE_TYPE(cardPartContent)
+    Q_PROPERTY(vantrel::KanbanCardFocus::Value kind MEMBER kind CONSTANT)
+    Q_PROPERTY(vantrel::CardTone::Value tone MEMBER tone CONSTANT)
+    Q_PROPERTY(QString symbol MEMBER symbol CONSTANT)
+    Q_PROPERTY(QString text MEMBER text CONSTANT)
+    Q_PROPERTY(QString tip MEMBER tip CONSTANT)
+
+public:
+    /** None for a part that the keyboard does not stop at. */
+    KanbanCardFocus::Value kind = KanbanCardFocus::None;
+    CardTone::Value tone = CardTone::Quiet;
+    QString symbol;
+    QString text;
+    /** What the pointer is told when it rests here. */
+    QString tip;
+
+    friend bool operator==(const CardPartContent &, const CardPartContent &) = default;
+};
 
 /** What beside the task decides about its card. */
 struct CardRules
@@ -50,24 +74,12 @@ struct CardContent
     Q_PROPERTY(QString id MEMBER id CONSTANT)
     Q_PROPERTY(QString title MEMBER title CONSTANT)
     Q_PROPERTY(QString project MEMBER project CONSTANT)
-    Q_PROPERTY(QString tag MEMBER tag CONSTANT)
-    Q_PROPERTY(QString note MEMBER note CONSTANT)
-    Q_PROPERTY(QString sourceIcon MEMBER sourceIcon CONSTANT)
-    Q_PROPERTY(QString sourceText MEMBER sourceText CONSTANT)
-    Q_PROPERTY(QString priorityIcon MEMBER priorityIcon CONSTANT)
-    Q_PROPERTY(QString priorityText MEMBER priorityText CONSTANT)
-    Q_PROPERTY(QString recurrenceIcon MEMBER recurrenceIcon CONSTANT)
-    Q_PROPERTY(QString recurrenceText MEMBER recurrenceText CONSTANT)
-    Q_PROPERTY(QString blockedText MEMBER blockedText CONSTANT)
-    Q_PROPERTY(QString dueText MEMBER dueText CONSTANT)
-    Q_PROPERTY(QString dueDescription MEMBER dueDescription CONSTANT)
-    Q_PROPERTY(vantrel::DueState::Value dueState MEMBER dueState CONSTANT)
+    Q_PROPERTY(QVariantList parts READ partList CONSTANT)
     Q_PROPERTY(QString ageText MEMBER ageText CONSTANT)
     Q_PROPERTY(QString ageDescription MEMBER ageDescription CONSTANT)
     Q_PROPERTY(bool isAging MEMBER isAging CONSTANT)
     Q_PROPERTY(bool isBlocked MEMBER isBlocked CONSTANT)
     Q_PROPERTY(bool isComplete MEMBER isComplete CONSTANT)
-    Q_PROPERTY(bool isFlagged MEMBER isFlagged CONSTANT)
     Q_PROPERTY(bool hasFlagStripe MEMBER hasFlagStripe CONSTANT)
     Q_PROPERTY(QString accessibleDescription MEMBER accessibleDescription CONSTANT)
 
@@ -91,7 +103,7 @@ public:
     QString blockedText;
     QString dueText;
     QString dueDescription;
-    DueState::Value dueState = DueState::None;
+    CardTone::Value dueTone = CardTone::Plain;
     QString ageText;
     QString ageDescription;
     bool isAging = false;
@@ -100,6 +112,10 @@ public:
     bool isFlagged = false;
     bool hasFlagStripe = false;
     QString accessibleDescription;
+    /** The symbols and chips below the title in their order; the age is not among them. */
+    QList<CardPartContent> parts;
+
+    QVariantList partList() const;
 
     friend bool operator==(const CardContent &, const CardContent &) = default;
 };

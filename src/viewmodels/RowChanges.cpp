@@ -124,6 +124,11 @@ std::vector<RowChange> rowChanges(const QStringList &before, const QStringList &
 {
     const auto [head, tail] = commonEnds(before, after);
     const int offset = static_cast<int>(head);
+    if (head + tail == before.size()) { // no row has left its place, the first fill of a list above all
+        const int added = static_cast<int>(after.size() - before.size());
+        return added > 0 ? std::vector<RowChange>{{RowChange::Kind::Insert, offset, added}}
+                         : std::vector<RowChange>{};
+    }
 
     QHash<QString, int> wanted; // the place of each id in what differs of `after`
     for (qsizetype i = head; i < after.size() - tail; ++i) {

@@ -62,19 +62,19 @@ private Q_SLOTS:
         {
             int day, hour;
             bool isComplete;
-            DueState::Value state;
+            CardTone::Value state;
             QString text;
         };
-        for (const Row &row : {Row{18, 12, false, DueState::Overdue, u"18/11/2026"_s},
-                               Row{19, 8, false, DueState::Overdue, u"08:00"_s},
-                               Row{19, 17, false, DueState::Soon, u"17:00"_s},
-                               Row{21, 17, false, DueState::Soon, u"21/11/2026"_s},
-                               Row{21, 18, false, DueState::Later, u"21/11/2026"_s},
-                               Row{18, 12, true, DueState::Completed, u"18/11/2026"_s}}) {
+        for (const Row &row : {Row{18, 12, false, CardTone::Overdue, u"18/11/2026"_s},
+                               Row{19, 8, false, CardTone::Overdue, u"08:00"_s},
+                               Row{19, 17, false, CardTone::Soon, u"17:00"_s},
+                               Row{21, 17, false, CardTone::Soon, u"21/11/2026"_s},
+                               Row{21, 18, false, CardTone::Later, u"21/11/2026"_s},
+                               Row{18, 12, true, CardTone::Done, u"18/11/2026"_s}}) {
             WorkItemFields task = fields();
             task.dueDate = at(row.day, row.hour);
             task.isComplete = row.isComplete;
-            QCOMPARE(cardOf(task).dueState, row.state);
+            QCOMPARE(cardOf(task).dueTone, row.state);
             QCOMPARE(cardOf(task).dueText, row.text);
         }
     }
@@ -149,6 +149,26 @@ private Q_SLOTS:
             const ReminderWorkItem item(fields(u"reminder_1"_s), {priority, {}, {}});
             QCOMPARE(cardContent(item, rules()).priorityIcon, marks);
         }
+    }
+
+    void onlyThePartsOfTheTaskAreThereInTheirOrder()
+    {
+        QCOMPARE(cardOf(fields()).parts.size(), 1); // what it comes from
+
+        WorkItemFields task = fields();
+        task.note = u"Ask Dana"_s;
+        task.isFlagged = true;
+        task.isBlocked = true;
+        task.tag = Tag{u"t"_s, u"Home"_s};
+        task.dueDate = at(18, 12);
+        QStringList shown;
+        for (const CardPartContent &part : cardOf(task).parts) {
+            shown.append(part.symbol + u'|' + part.text);
+        }
+        QCOMPARE(shown,
+                 (QStringList{u"doc.text|"_s, u"note|"_s, u"flag|"_s, u"exclamationmark.triangle|Blocked"_s,
+                              u"|#Home"_s, u"calendar.badge.clock|18/11/2026"_s}));
+        QCOMPARE(cardOf(task).parts.last().tone, CardTone::Overdue);
     }
 
     void theDescriptionLeavesNothingOut()

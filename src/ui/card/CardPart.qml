@@ -1,4 +1,5 @@
 import QtQuick
+import Vantrel.ViewModels
 
 /** One part of a card's metadata: a symbol, a text, or both, on a tinted ground if it has one. */
 Rectangle {
@@ -7,21 +8,43 @@ Rectangle {
     property real zoom: 1
     property string symbol: ""
     property string text: ""
-    property color ink: Theme.secondaryText
-    property color tint: "transparent"
+    property int tone: CardTone.Plain
+    property int kind: KanbanCardFocus.None
     property bool bold: false
     /** What the pointer is told when it rests here. */
     property string tip: ""
     property real maximumWidth: 1000
 
-    readonly property bool isChip: tint.a > 0
+    readonly property bool isChip: tone >= CardTone.Tag
+    readonly property color ink: {
+        switch (tone) {
+        case CardTone.Plain: return Theme.secondaryText;
+        case CardTone.Flag: return Theme.flagStripe;
+        case CardTone.Alarm:
+        case CardTone.Overdue: return Theme.redText;
+        case CardTone.Aging:
+        case CardTone.Soon: return Theme.amberText;
+        case CardTone.Tag: return Theme.violetText;
+        case CardTone.Later: return Theme.greenText;
+        default: return Theme.faintText;
+        }
+    }
     readonly property real padding: isChip ? 6 * zoom : 0
     readonly property real textX: padding + (symbol === "" ? 0 : icon.width + (text === "" ? 0 : 4 * zoom))
 
     implicitWidth: textX + (label.text === "" ? 0 : label.width) + padding
     implicitHeight: 19 * zoom
     radius: Theme.chipRadius * zoom
-    color: tint
+    color: {
+        switch (tone) {
+        case CardTone.Tag: return Theme.violetTint;
+        case CardTone.Overdue: return Theme.redTint;
+        case CardTone.Soon: return Theme.amberTint;
+        case CardTone.Later: return Theme.greenTint;
+        case CardTone.Done: return Theme.cell;
+        default: return "transparent";
+        }
+    }
 
     SymbolImage {
         id: icon

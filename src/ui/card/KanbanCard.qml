@@ -157,18 +157,20 @@ Item {
             onClicked: root.retryRequested()
         }
     }
-    FocusRing {
+    Lazy {
         readonly property Item part: root.partFor(root.focusedComponent)
         readonly property bool isOnPart: part !== root
         readonly property rect place: active && part ? root.mapFromItem(part, 0, 0, part.width, part.height) : Qt.rect(0, 0, 0, 0)
 
-        anchors.fill: undefined
-        anchors.margins: 0
-        x: place.x - 3
-        y: place.y - 3
-        width: place.width + 6
-        height: place.height + 6
-        radius: isOnPart ? Theme.chipRadius + 2 : frame.radius + 3
+        x: place.x
+        y: place.y
+        width: place.width
+        height: place.height
+        z: 10
         active: root.showsFocus || isOnPart
+        sourceComponent: FocusRing {
+            active: true
+            radius: root.focusedComponent === KanbanCardFocus.None ? frame.radius + 3 : Theme.chipRadius + 2
+        }
     }
 }

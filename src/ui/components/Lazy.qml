@@ -9,22 +9,28 @@ FocusScope {
 
     property bool active: true
     property Component sourceComponent: null
-    readonly property Item item: repeater.count > 0 ? repeater.itemAt(0) : null
+    property Item item: null
 
     signal loaded
 
     implicitWidth: item?.implicitWidth ?? 0
     implicitHeight: item?.implicitHeight ?? 0
-    onItemChanged: {
-        if (!item)
-            return;
-        item.anchors.fill = root;
-        loaded();
-    }
+    onActiveChanged: fill()
+    Component.onCompleted: fill()
 
-    Repeater {
-        id: repeater
-        model: root.active && root.sourceComponent ? 1 : null
-        delegate: root.sourceComponent
+    function fill() {
+        if (active === (item !== null) || !sourceComponent)
+            return;
+        if (active) {
+            const made = sourceComponent.createObject(root) as Item;
+            made.anchors.fill = root;
+            item = made;
+            loaded();
+        } else {
+            const gone = item;
+            item = null;
+            gone.parent = null;
+            gone.destroy();
+        }
     }
 }

@@ -14,5 +14,4 @@ Image {
     sourceSize.height: size
     source: symbol === "" ? "" : "image://symbols/" + symbol + "/" + String(color).slice(1)
     fillMode: Image.PreserveAspectFit
-    Accessible.ignored: true
 }
