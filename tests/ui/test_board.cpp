@@ -224,6 +224,12 @@ void TestBoardWindow::aCardMovedByKeyStaysInView()
         const QQuickItem *moved = m_window->item(last);
         return moved && place(moved).bottom() <= place(view()).bottom() + 1;
     }));
+
+    m_window->press(u"Down"_s);
+    for (int i = 0; i < 6; ++i) {
+        m_window->press(u"Ctrl+Shift+Down"_s);
+    }
+    QVERIFY(m_window->wait([&] { return card(12) && isInView(card(12)); }));
 }
 
 void TestBoardWindow::aCellStaysWhereItWasAfterADrop()

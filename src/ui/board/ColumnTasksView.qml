@@ -19,8 +19,8 @@ ListView {
     /** The gap behind the last card, where dragged cards would land. */
     property real tail: dropRow >= 0 && dropRow === count ? landingHeight + frame.cardGap : 0
 
-    /** The card with the focus is one of these, as far as is known. */
-    property bool hasFocused: false
+    /** The row of the card with the focus, as far as is known; -1 if that is not one of these. */
+    property int focusedRow: -1
     property bool isAtHome: false
     property bool isDraggedOver: false
     property real scrolledBeforeDrag: 0
@@ -69,22 +69,27 @@ ListView {
         contentY = originY - topMargin + place;
     }
     function showFocused() {
-        const row = cell?.rowOf(frame.board.focusedTaskId) ?? -1;
-        hasFocused = row >= 0;
-        if (hasFocused)
-            positionViewAtIndex(row, ListView.Contain);
+        focusedRow = cell?.rowOf(frame.board.focusedTaskId) ?? -1;
+        if (focusedRow >= 0)
+            positionViewAtIndex(focusedRow, ListView.Contain);
     }
 
-    // A card that is moved here by key goes on being seen.
-    onCountChanged: arriving.restart()
+    // A card that is moved by key, to here or within the cell, goes on being seen. After a drop the cell stays.
+    onCountChanged: moving.restart()
 
+    Connections {
+        target: root.cell
+
+        function onRowsMoved() { moving.restart(); }
+    }
     Timer {
-        id: arriving
+        id: moving
         interval: 0
         onTriggered: {
-            const had = root.hasFocused;
-            root.hasFocused = root.cell?.rowOf(root.frame.board.focusedTaskId) >= 0;
-            if (root.hasFocused && !had)
+            const before = root.focusedRow;
+            root.focusedRow = root.cell?.rowOf(root.frame.board.focusedTaskId) ?? -1;
+            const isByKey = before < 0 || (root.frame.hasFocus && !restoring.running);
+            if (root.focusedRow >= 0 && root.focusedRow !== before && isByKey)
                 root.showFocused();
         }
     }
