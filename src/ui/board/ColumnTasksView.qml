@@ -74,24 +74,26 @@ ListView {
             positionViewAtIndex(focusedRow, ListView.Contain);
     }
 
-    // A card that is moved by key, to here or within the cell, goes on being seen. After a drop the cell stays.
-    onCountChanged: moving.restart()
+    onCountChanged: arriving.restart()
 
-    Connections {
-        target: root.cell
-
-        function onRowsMoved() { moving.restart(); }
-    }
+    /** Behind the present turn, when the cards have come to their places. */
     Timer {
-        id: moving
+        id: arriving
         interval: 0
         onTriggered: {
-            const before = root.focusedRow;
-            root.focusedRow = root.cell?.rowOf(root.frame.board.focusedTaskId) ?? -1;
-            const isByKey = before < 0 || (root.frame.hasFocus && !restoring.running);
-            if (root.focusedRow >= 0 && root.focusedRow !== before && isByKey)
-                root.showFocused();
+            // To a screen reader the cards come in the order in which the view holds them.
+            ReadingOrder.arrange(root.contentItem);
+            root.followFocused();
         }
+    }
+
+    /** A card that is moved by key, to here or within the cell, goes on being seen. After a drop the cell stays. */
+    function followFocused() {
+        const before = focusedRow;
+        focusedRow = cell?.rowOf(frame.board.focusedTaskId) ?? -1;
+        const isByKey = before < 0 || (frame.hasFocus && !restoring.running);
+        if (focusedRow >= 0 && focusedRow !== before && isByKey)
+            showFocused();
     }
 
     Connections {
@@ -99,13 +101,6 @@ ListView {
 
         function onFocusedTaskChanged() { root.showFocused(); }
     }
-    // To a screen reader the cards come in the order in which the view holds them. It has to move them first.
-    Timer {
-        id: ordering
-        interval: 0
-        onTriggered: ReadingOrder.arrange(root.contentItem)
-    }
-
     Component {
         id: nameField
         CardNameField {
@@ -190,6 +185,6 @@ ListView {
         column: root.column
         frame: root.frame
         landingHeight: root.landingHeight
-        onPlaced: ordering.restart()
+        onPlaced: arriving.restart()
     }
 }
