@@ -133,6 +133,8 @@ public:
     /** Incomplete tasks once each, in the order of the board; complete ones only where they stand unfinished.
      */
     WorkItems getAllTasks() const;
+    /** Those of the ids that have a place, in the order of the board: swimlane, column, place in the cell. */
+    QStringList inBoardOrder(const QStringList &ids) const;
     /** The task of the board, or of the repository's cache, which is then taken into the board. */
     WorkItemPtr findTaskById(const QString &id);
 
@@ -178,6 +180,9 @@ public:
     void reindexTaskPositions(ColumnId columnId, SwimLaneId swimLaneId);
     static bool shouldUpdateOmniFocus(const Column &from, const Column &to);
     void retryFailedOperation(const QString &taskID);
+    /** Takes over that a task's source has completed or reopened it, and moves its card to the first column
+     * for that. */
+    void followSource(const WorkItemPtr &task, bool isComplete);
     TaskMoveStatus taskOperationStatus(const QString &taskId) const;
     /** True if the last direct move asked for was carried out: one that comes too soon after another is not.
      */
@@ -218,6 +223,7 @@ public:
                                           std::optional<Date> completionDate);
     TaskUpdate updateTaskBlockedStatus(const QString &taskId, bool isBlocked);
     TaskUpdate updateTaskBlockReason(const QString &taskId, const std::optional<QString> &reason);
+    TaskUpdate updateReminderPriority(const QString &taskId, int priority);
     /** By the item's class; throws TaskManagerError where no source fits. */
     TaskManagerProtocol &getTaskManager(const WorkItem &task) const;
     QCoro::Task<bool> withRetryOnPermissionError(std::function<QCoro::Task<bool>()> operation);

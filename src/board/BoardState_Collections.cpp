@@ -3,6 +3,9 @@
 #include "foundations/Log.h"
 #include "sources/TaskRepository.h"
 
+#include <algorithm>
+#include <tuple>
+
 using namespace Qt::StringLiterals;
 
 namespace vantrel {
@@ -44,6 +47,23 @@ WorkItems BoardState::getAllTasks() const
         }
     }
     return result;
+}
+
+QStringList BoardState::inBoardOrder(const QStringList &ids) const
+{
+    std::vector<std::tuple<int, int, qsizetype, QString>> placed;
+    for (const QString &id : ids) {
+        if (const TaskPosition *place = m_placements.find(id)) {
+            placed.emplace_back(m_swimLaneManager.indexOf(resolvedSwimLaneId(*place)),
+                                m_columnManager.indexOf(place->columnId), m_placements.indexInCell(id), id);
+        }
+    }
+    std::sort(placed.begin(), placed.end());
+    QStringList ordered;
+    for (const auto &place : placed) {
+        ordered.append(std::get<QString>(place));
+    }
+    return ordered;
 }
 
 WorkItemPtr BoardState::findTaskById(const QString &id)

@@ -2,6 +2,7 @@
 #include "foundations/BaseWorkItem.h"
 #include "foundations/Log.h"
 #include "foundations/NotificationNames.h"
+#include "foundations/ReminderWorkItem.h"
 #include "sources/TaskManagerFactory.h"
 #include "sources/omnifocus/AppleScriptError.h"
 
@@ -84,6 +85,13 @@ TaskUpdate BoardState::updateTaskBlockReason(const QString &taskId, const std::o
 {
     return updateField(taskId, {ItemClass::OmniFocus, ItemClass::Base, ItemClass::PlainText},
                        [&reason](WorkItem &item) { item.setBlockReason(reason); });
+}
+
+TaskUpdate BoardState::updateReminderPriority(const QString &taskId, int priority)
+{
+    return updateField(taskId, {ItemClass::Reminder}, [priority](WorkItem &item) {
+        static_cast<ReminderWorkItem &>(item).setReminderPriority(priority);
+    });
 }
 
 TaskUpdate BoardState::updateTaskCompletionStatus(const QString &taskId, bool isComplete,

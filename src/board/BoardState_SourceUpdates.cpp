@@ -20,11 +20,6 @@ constexpr double SourceSuccessTime = 3.0;
 
 constexpr LogCategory Category = LogCategory::TaskMovement;
 
-QCoro::Task<bool> markTask(TaskManagerProtocol &manager, const QString &taskId, bool isComplete)
-{
-    return isComplete ? manager.markTaskComplete(taskId) : manager.markTaskIncomplete(taskId);
-}
-
 /** What a source has to say of its failure; to be called while the exception is handled. */
 QString currentFailure()
 {
@@ -135,6 +130,18 @@ void BoardState::takeOverCompletion(const QString &taskId, bool isComplete)
     touch(taskId);
     m_services.persistence.removeTaskFromBlocked(taskId);
     post(notifications::TaskBlockingStatusChanged, taskId);
+}
+
+void BoardState::followSource(const WorkItemPtr &task, bool isComplete)
+{
+    takeOverCompletion(task->id(), isComplete);
+    const TaskPosition *place = m_placements.find(task->id());
+    const Column *present = place ? m_columnManager.column(place->columnId) : nullptr;
+    const Column *target =
+        m_columnManager.firstOfType(isComplete ? ColumnType::Completed : ColumnType::Queue);
+    if (present && target && present->isCompleted() != isComplete) {
+        moveTaskWithoutTellingSource(task, target->id);
+    }
 }
 
 void BoardState::failOperation(const QString &taskId, const QString &message, const QString &error)

@@ -3,6 +3,8 @@
 #include "foundations/Ids.h"
 #include "foundations/Text.h"
 
+#include <utility>
+
 namespace vantrel {
 
 ReminderWorkItem::ReminderWorkItem(WorkItemFields fields, Details details)
@@ -27,6 +29,25 @@ void ReminderWorkItem::setRecurrenceInfo(bool isRepeating, std::optional<RepeatF
                                          std::optional<int> interval, const std::optional<QString> &pattern)
 {
     setRecurrence({isRepeating, frequency, interval, pattern});
+}
+
+ReminderPriority ReminderWorkItem::priorityBand() const
+{
+    const int priority = m_details.priority;
+    if (priority < 1 || priority > 9) {
+        return ReminderPriority::None;
+    }
+    if (priority == 5) {
+        return ReminderPriority::Medium;
+    }
+    return priority < 5 ? ReminderPriority::High : ReminderPriority::Low;
+}
+
+void ReminderWorkItem::setReminderPriority(int priority)
+{
+    if (std::exchange(m_details.priority, priority) != priority) {
+        noteChange(Property::SourceDetail);
+    }
 }
 
 QUrl ReminderWorkItem::appSpecificLink() const

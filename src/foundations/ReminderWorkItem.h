@@ -4,6 +4,9 @@
 
 namespace vantrel {
 
+/** The priorities that a user chooses among; the values are those that are stored (RFC 5545, 3.8.1.9). */
+enum class ReminderPriority { None = 0, High = 1, Medium = 5, Low = 9 };
+
 /** A task of the Reminders source. */
 class ReminderWorkItem final : public WorkItem
 {
@@ -26,11 +29,14 @@ public:
                          const QString &listName, Date now);
 
     int reminderPriority() const { return m_details.priority; }
+    /** That priority as one of those to choose among; what iCalendar does not know counts as none. */
+    ReminderPriority priorityBand() const;
     const QString &listName() const { return m_details.listName; }
     const std::optional<QString> &reminderId() const { return m_details.reminderId; }
 
     void setRecurrenceInfo(bool isRepeating, std::optional<RepeatFrequency> frequency,
                            std::optional<int> interval, const std::optional<QString> &pattern);
+    void setReminderPriority(int priority);
 
     /** Opens Reminders and no particular reminder. */
     QUrl appSpecificLink() const override;

@@ -36,4 +36,9 @@ bool hasIdFormOf(TaskManagerType type, QStringView taskId)
     return taskId.startsWith(PlainTextIdPrefix);
 }
 
+QCoro::Task<bool> markTask(TaskManagerProtocol &manager, const QString &taskId, bool isComplete)
+{
+    return isComplete ? manager.markTaskComplete(taskId) : manager.markTaskIncomplete(taskId);
+}
+
 } // namespace vantrel

@@ -112,4 +112,7 @@ public:
     virtual bool isAvailableOnPlatform() const { return true; }
 };
 
+/** Completes the task in its source, or reopens it there; false if the source does not know it. */
+QCoro::Task<bool> markTask(TaskManagerProtocol &manager, const QString &taskId, bool isComplete);
+
 } // namespace vantrel

@@ -4,12 +4,10 @@
 #include "feedback/SoundManager.h"
 #include "feedback/ToastManager.h"
 #include "foundations/DefaultsKeys.h"
-#include "foundations/Launch.h"
 #include "foundations/Log.h"
 #include "foundations/NotificationNames.h"
 #include "foundations/UserDefaults.h"
-
-#include <QPointer>
+#include "viewmodels/TaskContextMenuActions.h"
 
 namespace vantrel {
 
@@ -187,33 +185,7 @@ void BoardCommandHandlers::handleToggleTaskFlag()
 {
     const WorkItemPtr task =
         onlySelectedTask(QStringLiteral("Cannot toggle task flag: %1 tasks selected, need exactly 1"));
-    if (task) launch(toggleFlag(task), QStringLiteral("toggleFlag"));
-}
-
-QCoro::Task<> BoardCommandHandlers::toggleFlag(WorkItemPtr task)
-{
-    const QPointer<BoardCommandHandlers> self(this);
-    const bool flagged = !task->isFlagged();
-    bool isDone = false;
-    QString error;
-    try {
-        TaskManagerProtocol &source = m_services.board.getTaskManager(*task);
-        isDone = co_await source.flagTask(task->id(), flagged);
-    } catch (const std::exception &failure) {
-        error = QString::fromUtf8(failure.what());
-    }
-    if (!self) {
-        co_return;
-    }
-    if (!error.isEmpty()) {
-        log::error(u"Error toggling flag for task " + task->name() + u": " + error);
-    }
-    if (!isDone) {
-        m_services.toasts.show(tr("Unable to change flag on task"), ToastManager::ToastStyle::Error);
-        co_return;
-    }
-    m_services.board.updateTaskFlagStatus(task->id(), flagged);
-    m_services.sounds.playSound(Sound::ColumnMove, flagged ? tr("Task flagged") : tr("Task unflagged"));
+    if (task) m_services.actions.toggleTaskFlag(task);
 }
 
 void BoardCommandHandlers::handleToggleSwimLaneExpansion(int index)

@@ -2,7 +2,6 @@
 
 #include "board/BoardState.h"
 
-#include <QCoroTask>
 #include <QObject>
 
 #include <functional>
@@ -10,6 +9,7 @@
 namespace vantrel {
 
 class TaskBlockingManager;
+class TaskContextMenuActions;
 
 /** What the commands of the board need. Everything outlives the handlers. */
 struct BoardCommandServices
@@ -20,6 +20,7 @@ struct BoardCommandServices
     UserDefaults &defaults;
     SoundManager &sounds;
     ToastManager &toasts;
+    TaskContextMenuActions &actions;
 };
 
 /**
@@ -48,7 +49,6 @@ private:
     void handleToggleTaskFlag();
     void handleToggleSwimLaneExpansion(int index);
 
-    QCoro::Task<> toggleFlag(WorkItemPtr task);
     /** The one selected task; otherwise logs `refusal`, where %1 is the number selected, and gives nullptr.
      */
     WorkItemPtr onlySelectedTask(const QString &refusal) const;

@@ -5,7 +5,6 @@
 #include "foundations/TaskTransferable.h"
 
 #include <algorithm>
-#include <tuple>
 
 namespace vantrel {
 
@@ -47,20 +46,7 @@ QStringList BoardDrops::draggedTaskIds(const QString &taskId) const
     if (selected.size() < 2 || !selected.contains(taskId)) {
         return {taskId};
     }
-    std::vector<std::tuple<int, int, qsizetype, QString>> placed;
-    for (const QString &id : selected) {
-        if (const TaskPosition *place = m_board.taskPositions().find(id)) {
-            placed.emplace_back(m_board.swimLaneManager().indexOf(m_board.resolvedSwimLaneId(*place)),
-                                m_board.columnManager().indexOf(place->columnId),
-                                m_board.taskPositions().indexInCell(id), id);
-        }
-    }
-    std::sort(placed.begin(), placed.end());
-    QStringList ids;
-    for (const auto &place : placed) {
-        ids.append(std::get<QString>(place));
-    }
-    return ids;
+    return m_board.inBoardOrder(selected);
 }
 
 DropPlan BoardDrops::plan(const QString &taskId, CellId cell, double y) const

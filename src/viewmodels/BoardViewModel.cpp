@@ -1,11 +1,9 @@
 #include "viewmodels/BoardViewModel.h"
 
 #include "feedback/Announcer.h"
-#include "feedback/DesktopPorts.h"
 #include "feedback/ToastManager.h"
 #include "foundations/DefaultsKeys.h"
 #include "foundations/NotificationNames.h"
-#include "foundations/OmniFocusTask.h"
 #include "foundations/UserDefaults.h"
 
 #include <QQmlEngine>
@@ -19,15 +17,18 @@ BoardViewModel::BoardViewModel(const BoardViewServices &services, QObject *paren
       m_services(services),
       m_preferences(services.defaults, services.time),
       m_navigation(services.board, m_preferences, services.notifications, services.announcer),
+      m_actions({services.board, services.blocking, services.sounds, services.toasts, services.announcer,
+                 services.urls, services.clipboard}),
       m_commands({services.board, services.blocking, services.notifications, services.defaults,
-                  services.sounds, services.toasts}),
+                  services.sounds, services.toasts, m_actions}),
       m_drops(services.board),
       m_popover(services.board, services.blocking, m_preferences, services.announcer),
       m_nameEditor(services.board),
+      m_contextMenu(services.board, m_actions, menuScreen()),
       m_celebrations(services.notifications, services.defaults, services.announcer)
 {
     for (QObject *part : std::initializer_list<QObject *>{&m_columns, &m_swimLanes, &m_popover, &m_nameEditor,
-                                                          &m_celebrations}) {
+                                                          &m_contextMenu, &m_celebrations}) {
         QQmlEngine::setObjectOwnership(part, QQmlEngine::CppOwnership);
     }
     connectBoard();
@@ -199,6 +200,11 @@ bool BoardViewModel::handleKey(int key, int modifiers)
     default:
         break;
     }
+    const bool isMenuKey = key == Qt::Key_Menu || (key == Qt::Key_F10 && modifiers == Qt::ShiftModifier);
+    if (isMenuKey && !focusedTaskId().isEmpty()) {
+        openContextMenu(focusedTaskId());
+        return true;
+    }
     if ((modifiers & ~Qt::KeypadModifier) != Qt::NoModifier) {
         return false;
     }
@@ -226,8 +232,9 @@ void BoardViewModel::handleReturn()
     const KanbanCardFocus::Value part = m_navigation.focusedComponent();
     if (part == KanbanCardFocus::Name) {
         m_nameEditor.begin(focusedTaskId());
-    } else if (!m_popover.open(focusedTaskId(), part)) {
-        openInSource(focusedTaskId());
+    } else if (const WorkItemPtr task = m_services.board.task(focusedTaskId());
+               task && !m_popover.open(task->id(), part)) {
+        m_actions.openInSource(*task);
     }
 }
 
@@ -248,16 +255,34 @@ void BoardViewModel::tapCard(const QString &taskId, bool isToggle)
     m_navigation.handleCardTap(taskId, isToggle);
 }
 
-void BoardViewModel::openInSource(const QString &taskId)
+void BoardViewModel::openContextMenu(const QString &taskId)
 {
-    const WorkItemPtr task = m_services.board.task(taskId);
-    const QUrl link = task ? task->appSpecificLink() : QUrl();
-    if (!link.isValid() || !m_services.urls.open(link)) {
-        return;
-    }
-    m_services.announcer.announce(qobject_cast<const OmniFocusTask *>(task.get())
-                                      ? tr("Opening task in OmniFocus")
-                                      : tr("Opening task in source application"));
+    if (!m_services.board.selectionManager().selectedTaskIds().contains(taskId)) tapCard(taskId, false);
+    m_contextMenu.open(taskId);
+}
+
+TaskMenuScreen BoardViewModel::menuScreen()
+{
+    TaskMenuScreen screen;
+    screen.desktop = m_services.desktop;
+    screen.rename = [this](const QString &taskId) {
+        m_nameEditor.begin(taskId);
+    };
+    screen.editBlockReason = [this](const QString &taskId) {
+        editBlockReason(taskId);
+    };
+    screen.askToDelete = [this](const QStringList &taskIds) {
+        m_contextMenu.askToDelete(taskIds);
+    };
+    screen.showExportDialog = [this] {
+        m_services.notifications.post(notifications::ShowTaskExportView);
+    };
+    return screen;
+}
+
+void BoardViewModel::editBlockReason(const QString &taskId)
+{
+    if (m_popover.open(taskId, KanbanCardFocus::Blocked)) m_popover.edit();
 }
 
 void BoardViewModel::retry(const QString &taskId)

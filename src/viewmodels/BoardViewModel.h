@@ -1,5 +1,6 @@
 #pragma once
 
+#include "feedback/DesktopPorts.h"
 #include "viewmodels/BoardCommandHandlers.h"
 #include "viewmodels/BoardDrops.h"
 #include "viewmodels/BoardNavigation.h"
@@ -9,6 +10,8 @@
 #include "viewmodels/ColumnListModel.h"
 #include "viewmodels/CompletionAnimations.h"
 #include "viewmodels/SwimLaneListModel.h"
+#include "viewmodels/TaskContextMenu.h"
+#include "viewmodels/TaskContextMenuActions.h"
 #include "viewmodels/TaskNameEditor.h"
 
 #include <QHash>
@@ -19,7 +22,6 @@
 namespace vantrel {
 
 class TimeManager;
-class UrlOpener;
 
 /** What the board's screen needs of the program. Everything outlives it. */
 struct BoardViewServices
@@ -33,6 +35,8 @@ struct BoardViewServices
     SoundManager &sounds;
     ToastManager &toasts;
     UrlOpener &urls;
+    Clipboard &clipboard;
+    DesktopFamily desktop = DesktopFamily::Linux;
 };
 
 /**
@@ -51,6 +55,7 @@ class BoardViewModel : public QObject
     Q_PROPERTY(vantrel::SwimLaneListModel *swimLanes READ swimLanes CONSTANT)
     Q_PROPERTY(vantrel::CardPopover *popover READ popover CONSTANT)
     Q_PROPERTY(vantrel::TaskNameEditor *nameEditor READ nameEditor CONSTANT)
+    Q_PROPERTY(vantrel::TaskContextMenu *contextMenu READ contextMenu CONSTANT)
     Q_PROPERTY(vantrel::CompletionAnimations *celebrations READ celebrations CONSTANT)
     Q_PROPERTY(double zoomLevel READ zoomLevel NOTIFY zoomLevelChanged)
     Q_PROPERTY(double columnHeaderHeight READ columnHeaderHeight CONSTANT)
@@ -69,6 +74,7 @@ public:
     SwimLaneListModel *swimLanes() { return &m_swimLanes; }
     CardPopover *popover() { return &m_popover; }
     TaskNameEditor *nameEditor() { return &m_nameEditor; }
+    TaskContextMenu *contextMenu() { return &m_contextMenu; }
     CompletionAnimations *celebrations() { return &m_celebrations; }
     double zoomLevel() const { return m_services.board.zoomLevel(); }
     static double columnHeaderHeight() { return BoardDrops::ColumnHeaderHeight; }
@@ -92,8 +98,8 @@ public:
     /** Answers a key that a card of the board was given; false if it means nothing here. */
     Q_INVOKABLE bool handleKey(int key, int modifiers);
     Q_INVOKABLE void tapCard(const QString &taskId, bool isToggle);
-    /** Opens the task in the program that it comes from, if that has a link to it. */
-    Q_INVOKABLE void openInSource(const QString &taskId);
+    /** Opens the menu of the card, which takes the selection unless it is part of it. */
+    Q_INVOKABLE void openContextMenu(const QString &taskId);
     Q_INVOKABLE void retry(const QString &taskId);
     /** The board has come on the screen. */
     Q_INVOKABLE void appear();
@@ -139,15 +145,19 @@ private:
     void handleSelectionChanged();
     bool handleSpace();
     void handleReturn();
+    TaskMenuScreen menuScreen();
+    void editBlockReason(const QString &taskId);
     std::optional<QString> draggedTask(const QVariantMap &offer) const;
 
     BoardViewServices m_services;
     CardPreferences m_preferences;
     BoardNavigation m_navigation;
+    TaskContextMenuActions m_actions;
     BoardCommandHandlers m_commands;
     BoardDrops m_drops;
     CardPopover m_popover;
     TaskNameEditor m_nameEditor;
+    TaskContextMenu m_contextMenu;
     CompletionAnimations m_celebrations;
     QStringList m_draggedTaskIds;
     /** As last told to the cells. */

@@ -82,23 +82,24 @@ void CardWriter::writeSource()
     }
 }
 
-/** The bands are those of iCalendar (RFC 5545, 3.8.1.9). */
 void CardWriter::writePriority()
 {
     const auto *reminder = qobject_cast<const ReminderWorkItem *>(&m_task);
-    const int priority = reminder ? reminder->reminderPriority() : 0;
-    if (priority < 1 || priority > 9) {
-        return;
-    }
-    if (priority < 5) {
+    switch (reminder ? reminder->priorityBand() : ReminderPriority::None) {
+    case ReminderPriority::High:
         m_card.priorityIcon = QStringLiteral("exclamationmark.3");
         m_card.priorityText = tr("High Priority");
-    } else if (priority == 5) {
+        break;
+    case ReminderPriority::Medium:
         m_card.priorityIcon = QStringLiteral("exclamationmark.2");
         m_card.priorityText = tr("Medium Priority");
-    } else {
+        break;
+    case ReminderPriority::Low:
         m_card.priorityIcon = QStringLiteral("exclamationmark");
         m_card.priorityText = tr("Low Priority");
+        break;
+    case ReminderPriority::None:
+        break;
     }
 }
 

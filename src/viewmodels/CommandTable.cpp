@@ -3,7 +3,9 @@
 #include "foundations/DefaultsKeys.h"
 #include "foundations/NotificationNames.h"
 
-#include <QtGlobal>
+#include <QKeySequence>
+
+#include <algorithm>
 
 namespace vantrel {
 
@@ -185,6 +187,27 @@ Table windowCommands()
 }
 
 } // namespace
+
+QStringList CommandInfo::sequences(DesktopFamily desktop) const
+{
+    const char *const keys = desktop == DesktopFamily::Mac ? macKeys : linuxKeys;
+    return QString::fromLatin1(keys).split(u' ', Qt::SkipEmptyParts);
+}
+
+QString CommandInfo::keys(DesktopFamily desktop) const
+{
+    return QKeySequence::fromString(sequences(desktop).value(0), QKeySequence::PortableText)
+        .toString(QKeySequence::NativeText);
+}
+
+const CommandInfo &commandInfo(QStringView id)
+{
+    const std::vector<CommandInfo> &table = commandTable();
+    const auto found =
+        std::find_if(table.begin(), table.end(), [id](const CommandInfo &info) { return info.id == id; });
+    Q_ASSERT(found != table.end());
+    return *found;
+}
 
 const std::vector<CommandInfo> &commandTable()
 {

@@ -1,7 +1,10 @@
 #pragma once
 
+#include "feedback/DesktopPorts.h"
 #include "foundations/NotificationCenter.h"
 #include "viewmodels/ViewMode.h"
+
+#include <QStringList>
 
 #include <optional>
 #include <vector>
@@ -29,9 +32,17 @@ struct CommandInfo
     int index = -1;
     /** A user default that switches the command off. */
     QStringView preference;
+
+    /** Portable texts of the keys on that desktop. */
+    QStringList sequences(DesktopFamily desktop) const;
+    /** The first key as the desktop writes it, for menus and hints; empty without one. */
+    QString keys(DesktopFamily desktop) const;
 };
 
 /** The one table of commands, in menu order. It holds what works, nothing that is planned. */
 const std::vector<CommandInfo> &commandTable();
+
+/** The row with that id, which must be there. */
+const CommandInfo &commandInfo(QStringView id);
 
 } // namespace vantrel

@@ -2,8 +2,6 @@
 
 #include "foundations/DefaultsKeys.h"
 
-#include <QKeySequence>
-
 namespace vantrel {
 
 namespace {
@@ -47,18 +45,11 @@ QString Command::title() const
 
 QVariantList Command::sequences() const
 {
-    const char *const keys = m_desktop == DesktopFamily::Mac ? m_info.macKeys : m_info.linuxKeys;
     QVariantList sequences;
-    for (const QString &sequence : QString::fromLatin1(keys).split(u' ', Qt::SkipEmptyParts)) {
+    for (const QString &sequence : m_info.sequences(m_desktop)) {
         sequences.append(sequence);
     }
     return sequences;
-}
-
-QString Command::keys() const
-{
-    return QKeySequence::fromString(sequences().value(0).toString(), QKeySequence::PortableText)
-        .toString(QKeySequence::NativeText);
 }
 
 void Command::setEnabled(bool isEnabled)

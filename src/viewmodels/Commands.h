@@ -38,7 +38,7 @@ public:
     /** Portable texts of the keys that trigger the command on this desktop. */
     QVariantList sequences() const;
     /** The first key as the desktop writes it, for menus and hints. */
-    QString keys() const;
+    QString keys() const { return m_info.keys(m_desktop); }
     /** True for a command that acts on the cards of one view: keys typed into a text field are not meant. */
     bool isForBoard() const { return m_info.mode.has_value(); }
     bool isEnabled() const { return m_isEnabled; }

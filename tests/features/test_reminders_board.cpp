@@ -100,6 +100,29 @@ private Q_SLOTS:
         QVERIFY2(board.toast().contains(u"repeats in a way"), qPrintable(board.toast()));
     }
 
+    void aPriorityChosenInTheMenuReachesTheFile()
+    {
+        Board board;
+        TaskContextMenu &menu = *board.viewModels().board()->contextMenu();
+        const auto chooseHigh = [&] {
+            board.viewModels().board()->openContextMenu(board.task(u"milk"_s)->id());
+            const auto priorities = menu.entries().at(1).value<ContextMenuEntry>();
+            menu.trigger(priorities.children.back().number);
+            board.settle();
+        };
+        board.files.failAt(1, EROFS, true);
+        chooseHigh();
+        QCOMPARE(board.toast(), u"Failed to update reminder priority"_s);
+        board.files.failAt(0);
+        chooseHigh();
+        QVERIFY(board.content(u"milk"_s).contains("PRIORITY:1"));
+        const auto priorities = menu.entries().at(1).value<ContextMenuEntry>();
+        QCOMPARE(priorities.title, u"Change Priority"_s);
+        QVERIFY(priorities.children.front().isChecked);
+        board.viewModels().board()->openContextMenu(board.task(u"milk"_s)->id());
+        QVERIFY(menu.entries().at(1).value<ContextMenuEntry>().children.back().isChecked);
+    }
+
     void whatAnotherProgramWritesAppears()
     {
         Board board;

@@ -51,6 +51,7 @@ private Q_SLOTS:
     void collapsingAndZoomingKeepTheView();
     void aPopoverIsReadAndLeftByKey();
     void aClickOnTheBlockOpensItsReason();
+    void theMenuOfACardWorksByButtonAndKey();
     void aRecycledCardCarriesNoStaleState();
     void theFocusReturnsToTheCardAfterASheet();
 
@@ -326,6 +327,33 @@ void TestBoardWindow::aClickOnTheBlockOpensItsReason()
     m_window->click(u"unblockButton"_s);
     QVERIFY(!task->isBlocked());
     QVERIFY(m_window->wait([item] { return item->hasActiveFocus(); }));
+}
+
+void TestBoardWindow::theMenuOfACardWorksByButtonAndKey()
+{
+    start(2);
+    QTest::mouseClick(&m_window->window(), Qt::RightButton, {}, place(card(1)).center().toPoint());
+    QVERIFY(m_window->wait([this] { return m_window->window().findChild<QObject *>(u"contextMenu"_s); }));
+    QCOMPARE(board().selectionManager().selectedTaskIds().size(), 1);
+    const QString id = board().selectionManager().selectedTaskIds().first();
+    m_window->press(u"Esc"_s);
+    QVERIFY(m_window->wait([this] { return card(1)->hasActiveFocus(); }));
+
+    // Move to Column, Doing.
+    m_window->press(u"Shift+F10"_s);
+    m_window->press(u"Down Down Down Right Down Return"_s);
+    QVERIFY(m_window->wait([&] {
+        return board().columnManager().column(board().taskPositions().find(id)->columnId)->name == u"Doing"_s;
+    }));
+    // Delete Task…: Return means no, and the card has the keyboard again.
+    for (const bool isMeant : {false, true}) {
+        m_window->press(u"Menu"_s);
+        m_window->press(u"Down Down Down Down Down Down Down Down Down Return"_s);
+        QVERIFY(m_window->wait([this] { return m_window->focusName() == u"cancelButton"; }));
+        m_window->press(isMeant ? u"Shift+Tab Return"_s : u"Return"_s);
+        QVERIFY(m_window->wait([this] { return m_window->focusName() != u"cancelButton"; }));
+        QCOMPARE(board().task(id) == nullptr, isMeant);
+    }
 }
 
 void TestBoardWindow::aRecycledCardCarriesNoStaleState()

@@ -8,7 +8,8 @@ namespace vantrel::test {
 
 BoardScreen::BoardScreen(const QMap<QString, QString> &cells)
     : blocking(**this, *store, repository(), notifications),
-      view({**this, blocking, notifications, store.defaults, time, announcer, sounds, toasts, desktop.urls})
+      view({**this, blocking, notifications, store.defaults, time, announcer, sounds, toasts, desktop.urls,
+            desktop.clipboard, DesktopFamily::Mac})
 {
     WorkItems tasks;
     for (const QString &ids : cells) {

@@ -11,6 +11,7 @@ FocusScope {
 
     readonly property bool hasSheet: root.app.quickEntry.open || root.app.importer.open || root.app.exporter.open
                                      || root.app.board.nameEditor.alertMessage !== ""
+                                     || root.app.board.contextMenu.question !== ""
     /** Something stands in the way of commands: they wait until it is gone. */
     readonly property bool isBusy: root.hasSheet || root.app.board.popover.kind !== CardPopover.None
     readonly property bool isTyping: Window.activeFocusItem instanceof TextInput
@@ -154,6 +155,20 @@ FocusScope {
             title: qsTr("Error")
             message: root.app.board.nameEditor.alertMessage
             onDismissed: root.app.board.nameEditor.dismissAlert()
+        }
+        onActiveChanged: if (!active) content.forceActiveFocus()
+    }
+
+    Lazy {
+        anchors.fill: parent
+        active: root.app.board.contextMenu.question !== ""
+        sourceComponent: QuestionSheet {
+            objectName: "deletionQuestion"
+            title: root.app.board.contextMenu.question
+            message: root.app.board.contextMenu.questionDetails
+            answer: qsTr("Delete")
+            onAgreed: root.app.board.contextMenu.confirmDeletion()
+            onDismissed: root.app.board.contextMenu.cancelDeletion()
         }
         onActiveChanged: if (!active) content.forceActiveFocus()
     }

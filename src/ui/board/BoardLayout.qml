@@ -32,6 +32,8 @@ QtObject {
     signal revealRequested(card: Item)
     /** The pointer has used the board: the keyboard follows. */
     signal focusRequested
+    /** The pointer asks for the menu of a card, at this place of the scene. */
+    signal contextMenuRequested(taskId: string, scenePosition: point)
     /** The card of a task that has just been completed, wherever it is, celebrates. */
     signal celebrated(taskId: string, type: int)
     /** Something is dragged over a cell, at this place of the scene. */

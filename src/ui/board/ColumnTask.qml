@@ -140,12 +140,19 @@ Item {
             readonly property string tip: hovered ? item.tipAt(point.position.x, point.position.y) : ""
         }
         TapHandler {
-            onDoubleTapped: eventPoint => {
+            acceptedButtons: Qt.LeftButton | Qt.RightButton
+            onDoubleTapped: (eventPoint, button) => {
+                if (button === Qt.RightButton)
+                    return;
                 const name = item.partFor(KanbanCardFocus.Name);
                 if (name.contains(name.mapFromItem(item, eventPoint.position)))
                     root.board.nameEditor.begin(root.card.id);
             }
-            onTapped: eventPoint => {
+            onTapped: (eventPoint, button) => {
+                if (button === Qt.RightButton) {
+                    root.frame.contextMenuRequested(root.card.id, item.mapToItem(null, eventPoint.position));
+                    return;
+                }
                 const isToggle = point.modifiers & Qt.ControlModifier;
                 root.frame.focusRequested();
                 root.board.tapCard(root.card.id, isToggle);

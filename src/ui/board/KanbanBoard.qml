@@ -10,6 +10,9 @@ FocusScope {
 
     required property BoardViewModel board
 
+    /** Where the pointer has asked for a menu; undefined for one that a key asks for. */
+    property var menuPlace: undefined
+
     Accessible.role: Accessible.Pane
     Accessible.name: qsTr("Kanban Board")
 
@@ -27,6 +30,11 @@ FocusScope {
         hasFocus: root.activeFocus
 
         onFocusRequested: root.forceActiveFocus()
+        onContextMenuRequested: (taskId, scenePosition) => {
+            root.forceActiveFocus();
+            root.menuPlace = root.mapFromItem(null, scenePosition);
+            root.board.openContextMenu(taskId);
+        }
         onRevealRequested: card => {
             revealing.card = card;
             revealing.restart();
@@ -68,6 +76,27 @@ FocusScope {
                 return;
             celebrating.waiting.push({taskId: taskId, type: type});
             celebrating.restart();
+        }
+    }
+
+    Connections {
+        target: root.board.contextMenu
+
+        function onOpened() {
+            const card = root.Window.activeFocusItem as KanbanCard;
+            const isAskedByKey = root.menuPlace === undefined;
+            const place = isAskedByKey ? (card ?? root).mapToItem(root, 14, 30) : root.menuPlace;
+            const menu = contextMenu.createObject(root) as CardContextMenu;
+            root.menuPlace = undefined;
+            menu.popup(root, place);
+            menu.currentIndex = isAskedByKey ? menu.firstIndex : -1;
+        }
+    }
+    Component {
+        id: contextMenu
+
+        CardContextMenu {
+            contextMenu: root.board.contextMenu
         }
     }
 

@@ -7,6 +7,8 @@ T.Menu {
 
     /** Leaves room for symbols before the texts. */
     property bool hasSymbols: true
+    /** Before the title, where this menu lies within another one. */
+    property string symbol: ""
     /** What had the focus before; a closing menu of the templates leaves it to nobody. */
     property Item focusedBefore: null
 
@@ -32,19 +34,7 @@ T.Menu {
         currentIndex: root.currentIndex
         T.ScrollBar.vertical: AppScrollBar {}
     }
-    background: Item {
-        SoftShadow {
-            radius: frame.radius
-        }
-        Rectangle {
-            id: frame
-            anchors.fill: parent
-            radius: Theme.cardRadius
-            color: Theme.surface
-            border.width: 1
-            border.color: Theme.line
-        }
-    }
+    background: PopupFrame {}
     onAboutToShow: focusedBefore = parent?.Window.activeFocusItem ?? null
     onClosed: {
         const window = focusedBefore?.Window.window;

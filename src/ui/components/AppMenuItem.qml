@@ -6,7 +6,7 @@ T.MenuItem {
     id: root
 
     property string keys: ""
-    property string symbol: ""
+    property string symbol: (subMenu as AppMenu)?.symbol ?? ""
 
     readonly property real textInset: (menu as AppMenu)?.hasSymbols ?? true ? 26 : Theme.unit
 
