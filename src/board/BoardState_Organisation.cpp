@@ -80,12 +80,13 @@ struct BoardState::OrganizationRun
     }
 
     Question question(BoardMemory memory) const;
-    void apply(Answer &answer) const;
     void applyTaskProperties() const;
     void syncEisenhowerPriorities() const;
     void applyPlacements(const Answer &answer) const;
+    void storePlacements(Answer &answer) const;
     void removeStaleRows(const Answer &answer) const;
     void saveAllTaskPositions(Answer &answer) const;
+    void categorize() const;
     void finalizeOrganization() const;
     void logResult() const;
     void cleanupOrphanedAssignments() const;
@@ -96,7 +97,10 @@ void BoardState::organizeTasks(const WorkItems &tasks, TaskSources answered)
 {
     log::info(u"💀 ORGANIZE TASKS START: Organizing %1 tasks..."_s.arg(tasks.size()));
     WorkItems known = tasks;
-    std::erase_if(known, [this](const WorkItemPtr &task) { return m_deletedTaskIds.contains(task->id()); });
+    if (!m_deletedTaskIds.isEmpty()) {
+        std::erase_if(known,
+                      [this](const WorkItemPtr &task) { return m_deletedTaskIds.contains(task->id()); });
+    }
     Placements::Replacement replacement = m_placements.replaceTasks(known);
     for (const QString &id : std::as_const(replacement.repeated)) {
         log::error(u"Duplicate values for key: '%1'"_s.arg(id));
@@ -153,8 +157,25 @@ QCoro::Task<> BoardState::continueOrganizeTasks(quint64 number, TaskSources answ
         }
         run.isMemoryUpToDate = copy.has_value();
     }
-    run.apply(*answer);
+    // Of ten thousand new tasks each step takes some milliseconds: they have turns of their own.
+    run.applyTaskProperties();
+    run.syncEisenhowerPriorities();
+    co_await m_services.clock.yieldToEventLoop();
+    if (isOver()) {
+        co_return;
+    }
+    run.applyPlacements(*answer);
+    co_await m_services.clock.yieldToEventLoop();
+    if (isOver()) {
+        co_return;
+    }
+    run.storePlacements(*answer);
     m_isOrganizing = false;
+    co_await m_services.clock.yieldToEventLoop();
+    if (isOver()) {
+        co_return;
+    }
+    run.categorize();
     co_await m_services.clock.yieldToEventLoop();
     if (isOver()) {
         co_return;
@@ -207,18 +228,6 @@ Question BoardState::OrganizationRun::question(BoardMemory memory) const
     return question;
 }
 
-/** In one turn of the event loop: between these steps the board is not to be seen. */
-void BoardState::OrganizationRun::apply(Answer &answer) const
-{
-    applyTaskProperties();
-    syncEisenhowerPriorities();
-    applyPlacements(answer);
-    if (isMemoryUpToDate) {
-        removeStaleRows(answer);
-        saveAllTaskPositions(answer);
-    }
-}
-
 /** A plain text item has its block from its source, which reads the same store. */
 void BoardState::OrganizationRun::applyTaskProperties() const
 {
@@ -259,11 +268,7 @@ void BoardState::OrganizationRun::applyPlacements(const Answer &answer) const
 {
     Placements &placements = board.m_placements;
     for (const TaskPosition &place : answer.changed) {
-        const bool keepsItsPlace = wasTouched(place.taskId) && placements.find(place.taskId);
-        if (keepsItsPlace || !placements.task(place.taskId)) {
-            continue;
-        }
-        placements.set(place);
+        if (!wasTouched(place.taskId) || !placements.find(place.taskId)) placements.setOfTask(place);
     }
     for (const QString &id : answer.displaced) {
         if (!wasTouched(id)) {
@@ -271,6 +276,14 @@ void BoardState::OrganizationRun::applyPlacements(const Answer &answer) const
         }
     }
     placements.removePlacesWithoutTask();
+}
+
+void BoardState::OrganizationRun::storePlacements(Answer &answer) const
+{
+    if (isMemoryUpToDate) {
+        removeStaleRows(answer);
+        saveAllTaskPositions(answer);
+    }
 }
 
 /** A task that was created since its source answered has a row, and is in the cache, but was not fetched. */
@@ -321,16 +334,19 @@ void BoardState::OrganizationRun::saveAllTaskPositions(Answer &answer) const
     }
 }
 
-void BoardState::OrganizationRun::finalizeOrganization() const
+void BoardState::OrganizationRun::categorize() const
 {
-    board.rebuildDerivedCollections();
-    logResult();
-    const WorkItems tasks = board.m_placements.tasks();
-    board.m_filterManager.updateAvailableTags(tasks);
+    board.m_filterManager.updateAvailableTags(board.m_placements.tasks());
     board.updateEisenhowerTaskCategorization();
     if (isMemoryUpToDate) {
         cleanupOrphanedAssignments();
     }
+}
+
+void BoardState::OrganizationRun::finalizeOrganization() const
+{
+    board.rebuildDerivedCollections();
+    logResult();
     board.clearFocusOfVanishedTask();
     if (board.m_filterManager.isFilterActive()) {
         ++board.m_filterRevision;

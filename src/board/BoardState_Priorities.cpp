@@ -36,14 +36,15 @@ void BoardState::updateEisenhowerTaskCategorization()
 {
     const PriorityManager::Assignments &assignments = m_priorityManager.priorityAssignments();
     WorkItems incomplete;
+    incomplete.reserve(static_cast<size_t>(taskCount()));
     QStringList completedWithQuadrant;
-    for (const WorkItemPtr &task : tasks()) {
+    m_placements.forEachTask([&](const WorkItemPtr &task) {
         if (!task->isComplete()) {
             incomplete.push_back(task);
         } else if (assignments.contains(task->id())) {
             completedWithQuadrant.append(task->id());
         }
-    }
+    });
     m_priorityManager.updateTaskCategorization(incomplete);
     m_priorityManager.handleTaskCompletions(completedWithQuadrant);
 }

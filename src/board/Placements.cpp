@@ -52,6 +52,7 @@ Placements::Replacement Placements::replaceTasks(const WorkItems &tasks)
     const std::vector<SlotIndex> before = std::exchange(m_arrival, {});
     m_arrival.reserve(tasks.size());
     m_index.reserve(static_cast<qsizetype>(tasks.size()));
+    m_slots.reserve(tasks.size());
     ++m_round;
     // Tasks mostly come in the order in which they came before: then no id is looked up.
     size_t next = 0;
@@ -112,13 +113,25 @@ std::vector<TaskPosition> Placements::all() const
 
 void Placements::set(const TaskPosition &position, Tie tie)
 {
-    const SlotIndex index = slotFor(position.taskId);
+    place(slotFor(position.taskId), position, tie);
+}
+
+void Placements::setOfTask(const TaskPosition &position)
+{
+    const auto found = m_index.constFind(position.taskId);
+    if (found != m_index.cend() && m_slots[*found].task) {
+        place(*found, position, Tie::AsArrived);
+    }
+}
+
+void Placements::place(SlotIndex index, const TaskPosition &position, Tie tie)
+{
     Slot &slot = m_slots[index];
     if (slot.isPlaced && slot.place == position && tie == Tie::AsArrived) {
         return;
     }
     if (slot.isPlaced) {
-        markDirty(slot.cell);
+        markDirty(m_cells[slot.cell]);
     } else {
         slot.isPlaced = true;
         ++m_placedCount;
@@ -141,7 +154,7 @@ bool Placements::remove(QString taskId)
     slot.isPlaced = false;
     slot.hasItem = false;
     --m_placedCount;
-    markDirty(slot.cell);
+    markDirty(m_cells[slot.cell]);
     releaseIfEmpty(taskId, index);
     return true;
 }
@@ -275,18 +288,18 @@ void Placements::markChanged(const QString &taskId)
 
 Placements::SlotIndex Placements::slotFor(const QString &id)
 {
-    const auto found = m_index.constFind(id);
-    if (found != m_index.cend()) {
-        return *found;
+    const qsizetype known = m_index.size();
+    SlotIndex &index = m_index[id];
+    if (m_index.size() == known) {
+        return index;
     }
-    SlotIndex index = static_cast<SlotIndex>(m_slots.size());
     if (m_freeSlots.empty()) {
+        index = static_cast<SlotIndex>(m_slots.size());
         m_slots.emplace_back();
     } else {
         index = m_freeSlots.back();
         m_freeSlots.pop_back();
     }
-    m_index.insert(id, index);
     return index;
 }
 
@@ -311,7 +324,7 @@ void Placements::assignTask(SlotIndex index, const WorkItemPtr &task)
         return;
     }
     if (slot.hasItem) {
-        markDirty(slot.cell);
+        markDirty(m_cells[slot.cell]);
     } else {
         addItem(index);
     }
@@ -322,7 +335,7 @@ void Placements::clearTask(SlotIndex index)
     Slot &slot = m_slots[index];
     slot.task.reset();
     if (slot.isPlaced) {
-        markDirty(slot.cell);
+        markDirty(m_cells[slot.cell]);
     }
 }
 
@@ -332,16 +345,16 @@ void Placements::addItem(SlotIndex index)
     if (!slot.task) {
         return;
     }
-    m_cells[slot.cell].items.push_back({slot.place.position, slot.rank, index});
+    Cell &cell = m_cells[slot.cell];
+    cell.items.push_back({slot.place.position, slot.rank, index});
     slot.hasItem = true;
-    markDirty(slot.cell);
+    markDirty(cell);
 }
 
-void Placements::markDirty(CellId cell)
+void Placements::markDirty(Cell &cell)
 {
-    Cell &changed = m_cells[cell];
-    changed.isDirty = true;
-    changed.revision = ++m_lastRevision;
+    cell.isDirty = true;
+    cell.revision = ++m_lastRevision;
 }
 
 bool Placements::isCurrent(const Item &item) const

@@ -69,6 +69,8 @@ public:
     /** Every place, also those without a task, in no particular order. */
     std::vector<TaskPosition> all() const;
     void set(const TaskPosition &position, Tie tie = Tie::AsArrived);
+    /** The same for a task that is there; nothing for another one. */
+    void setOfTask(const TaskPosition &position);
     /** False if the task had no place. */
     bool remove(QString taskId);
     /** Forgets the places of tasks that are gone. */
@@ -148,8 +150,9 @@ private:
     void releaseIfEmpty(const QString &id, SlotIndex index);
     void assignTask(SlotIndex index, const WorkItemPtr &task);
     void clearTask(SlotIndex index);
+    void place(SlotIndex index, const TaskPosition &position, Tie tie);
     void addItem(SlotIndex index);
-    void markDirty(CellId cell);
+    void markDirty(Cell &cell);
     bool isCurrent(const Item &item) const;
     /** The cell, in order; nullptr if it never held a task. */
     const Cell *ordered(CellId cell) const;

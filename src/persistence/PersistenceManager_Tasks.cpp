@@ -172,9 +172,9 @@ void PersistenceManager::batchSaveTaskPositions(std::vector<PersistentTaskPositi
                                                 std::optional<qsizetype> countForLog)
 {
     const qsizetype count = countForLog.value_or(static_cast<qsizetype>(rows.size()));
-    write([store = m_store.get(), rows = std::move(rows), count] {
-        return store->positions.saveRows(rows, count);
-    });
+    // Shared, for a job is copied on its way.
+    const auto shared = std::make_shared<const std::vector<PersistentTaskPosition>>(std::move(rows));
+    write([store = m_store.get(), shared, count] { return store->positions.saveRows(*shared, count); });
 }
 
 void PersistenceManager::batchSaveTaskPositions(std::vector<TaskPosition> updates)
