@@ -85,7 +85,9 @@ FocusScope {
         function onOpened() {
             const card = root.Window.activeFocusItem as KanbanCard;
             const isAskedByKey = root.menuPlace === undefined;
-            const place = isAskedByKey ? (card ?? root).mapToItem(root, 14, 30) : root.menuPlace;
+            // Beside the pointer, so that a press that follows at once is not one on the menu.
+            const place = isAskedByKey ? (card ?? root).mapToItem(root, 14, 30)
+                                       : Qt.point(root.menuPlace.x + 2, root.menuPlace.y + 2);
             const menu = contextMenu.createObject(root) as CardContextMenu;
             root.menuPlace = undefined;
             menu.popup(root, place);

@@ -34,7 +34,13 @@ T.Menu {
         currentIndex: root.currentIndex
         T.ScrollBar.vertical: AppScrollBar {}
     }
-    background: PopupFrame {}
+    background: PopupFrame {
+        // What is pressed between the commands is not meant for the card below.
+        MouseArea {
+            anchors.fill: parent
+            acceptedButtons: Qt.AllButtons
+        }
+    }
     onAboutToShow: focusedBefore = parent?.Window.activeFocusItem ?? null
     onClosed: {
         const window = focusedBefore?.Window.window;
