@@ -68,34 +68,6 @@ private Q_SLOTS:
         QCOMPARE(heard, (QStringList{u"first"_s, u"added"_s}));
     }
 
-    void endsWithTheOwner()
-    {
-        NotificationCenter center;
-        int heard = 0;
-        {
-            QObject owner;
-            center.observe(First, &owner, [&heard](const Notification &) { ++heard; });
-            center.post(First);
-        }
-        center.post(First);
-        QCOMPARE(heard, 1);
-    }
-
-    void postsFromAHandlerAtOnce()
-    {
-        NotificationCenter center;
-        QObject owner;
-        QStringList heard;
-        center.observe(First, &owner, [&](const Notification &) {
-            heard.append(u"begin"_s);
-            center.post(Second);
-            heard.append(u"end"_s);
-        });
-        center.observe(Second, &owner, [&](const Notification &) { heard.append(u"second"_s); });
-        center.post(First);
-        QCOMPARE(heard, (QStringList{u"begin"_s, u"second"_s, u"end"_s}));
-    }
-
     void runsDelayedWorkInItsOrder()
     {
         ManualClock clock;

@@ -4,10 +4,8 @@
 #include "foundations/OmniFocusTask.h"
 #include "foundations/PlainTextWorkItem.h"
 #include "foundations/ReminderWorkItem.h"
-#include "foundations/TaskTransferable.h"
 #include "support/TestRegistry.h"
 
-#include <QSet>
 #include <QTest>
 
 namespace vantrel::test {
@@ -68,23 +66,6 @@ private Q_SLOTS:
         QCOMPARE(sourceOf(u"Reminder_x"), TaskSource::OmniFocus);
     }
 
-    void makesDefaultColumns()
-    {
-        const std::vector<Column> first = Column::defaultColumns();
-        const std::vector<Column> second = Column::defaultColumns();
-        QCOMPARE(first.size(), 3u);
-        QSet<ColumnId> ids;
-        for (std::size_t i = 0; i < first.size(); ++i) {
-            ids << first[i].id << second[i].id;
-            QCOMPARE(first[i].stableId, second[i].stableId);
-            QCOMPARE(first[i].position, static_cast<int>(i));
-            QCOMPARE(first[i].wipLimitType, WIPLimitType::Swimlane);
-        }
-        QCOMPARE(ids.size(), 6);
-        QCOMPARE(first[1].wipLimit, std::optional(5));
-        QVERIFY(first[2].isCompleted() && !first[1].isCompleted());
-    }
-
     void generatesStableIds()
     {
         const auto idOf = [](ColumnType type, const QString &name) {
@@ -97,16 +78,6 @@ private Q_SLOTS:
         QCOMPARE(idOf(ColumnType::Completed, u"done"_s), u"completed_-2570997490807640431_3"_s);
         QCOMPARE(idOf(ColumnType::Active, u"Done"_s), u"active_250508826766915953_3"_s);
         QCOMPARE(idOf(ColumnType::Queue, u""_s), u"queue_-3750763034362895579_3"_s);
-    }
-
-    void knowsRawValuesOnly()
-    {
-        for (const EisenhowerPriority priority : AllEisenhowerPriorities) {
-            QVERIFY(eisenhowerPriorityFromRawValue(rawValue(priority)) == priority);
-            QVERIFY(!eisenhowerPriorityFromRawValue(displayName(priority)));
-        }
-        QVERIFY(!columnTypeFromRawValue(u"queue") && columnTypeFromRawValue(u"Queue"));
-        QVERIFY(!wipLimitTypeFromRawValue(u"") && wipLimitTypeFromRawValue(u"Column"));
     }
 
     void ordersTheReasonsOfAStatus()
@@ -248,16 +219,6 @@ private Q_SLOTS:
         static const QRegularExpression digits(u"^reminder_[0-9]+$"_s);
         QVERIFY2(digits.match(first).hasMatch(), qPrintable(first));
         QVERIFY(first != ReminderWorkItem::idFor({}, u"name"_s, u"list"_s, now + 1.0));
-    }
-
-    void carriesADraggedCard()
-    {
-        const TaskTransferable card{u"ä\""_s, ColumnId::create(), std::nullopt};
-        QCOMPARE(TaskTransferable::fromJson(card.toJson()), std::optional(card));
-        QVERIFY(!TaskTransferable::fromJson("{}") && !TaskTransferable::fromJson("x"));
-        const TaskTransferable text = TaskTransferable::fromText("id\xFF");
-        QCOMPARE(text.id, u"id\uFFFD"_s);
-        QVERIFY(!text.sourceColumnId && !text.sourceSwimLaneId);
     }
 };
 
