@@ -2,6 +2,7 @@
 #include "board/SwimLaneManager.h"
 #include "foundations/Log.h"
 #include "foundations/NotificationNames.h"
+#include "support/Builders.h"
 #include "support/TestRegistry.h"
 #include "support/TestStore.h"
 
@@ -13,24 +14,6 @@ using namespace Qt::StringLiterals;
 namespace vantrel::test {
 
 namespace {
-
-Column newColumn(const QString &name, ColumnType type)
-{
-    Column column;
-    column.id = ColumnId::create();
-    column.name = name;
-    column.type = type;
-    column.position = 99;
-    return column;
-}
-
-SwimLane newSwimLane(const QString &name)
-{
-    SwimLane lane;
-    lane.id = SwimLaneId::create();
-    lane.name = name;
-    return lane;
-}
 
 /** "0 Default, 1 Home": the names with their positions. */
 template <typename Record>
@@ -95,7 +78,7 @@ void TestBoardShape::columnsStayInTheirGroups()
 {
     ColumnManager manager(store());
     QSignalSpy changes(&manager, &ColumnManager::columnsChanged);
-    Column review = newColumn(u"Review"_s, ColumnType::Active);
+    Column review = aColumn(u"Review"_s, ColumnType::Active);
     manager.addColumn(review);
     QCOMPARE(listed(manager.columns()), u"0 To Do, 1 Doing, 2 Review, 3 Done"_s);
 
@@ -104,7 +87,7 @@ void TestBoardShape::columnsStayInTheirGroups()
     QVERIFY(manager.updateColumn(review));
     QCOMPARE(listed(manager.columns()), u"0 To Do, 1 Ideas, 2 Doing, 3 Done"_s);
 
-    QVERIFY(!manager.updateColumn(newColumn(u"Unknown"_s, ColumnType::Queue)));
+    QVERIFY(!manager.updateColumn(aColumn(u"Unknown"_s, ColumnType::Queue)));
     QCOMPARE(changes.count(), 2);
     m_store->reopen();
     QCOMPARE(ColumnManager(store()).columns(), manager.columns());
@@ -113,7 +96,7 @@ void TestBoardShape::columnsStayInTheirGroups()
 void TestBoardShape::aColumnKeepsItsRole()
 {
     ColumnManager manager(store());
-    const Column first = newColumn(u"Later"_s, ColumnType::Queue);
+    const Column first = aColumn(u"Later"_s, ColumnType::Queue);
     manager.addColumn(first);
     const QString role = manager.column(first.id)->stableId.value();
 
@@ -125,7 +108,7 @@ void TestBoardShape::aColumnKeepsItsRole()
 
     // A second one under the old name, at the old place.
     manager.removeColumn(manager.columns()[1].id);
-    const Column second = newColumn(u"Later"_s, ColumnType::Queue);
+    const Column second = aColumn(u"Later"_s, ColumnType::Queue);
     manager.addColumn(second);
     QCOMPARE(manager.column(second.id)->position, 1);
     QCOMPARE(manager.column(second.id)->stableId, role + u"_2");
@@ -133,7 +116,7 @@ void TestBoardShape::aColumnKeepsItsRole()
 
 void TestBoardShape::theDefaultSwimLaneIsNeverMissing()
 {
-    for (const std::vector<SwimLane> &stored : {std::vector<SwimLane>(), {newSwimLane(u"Home"_s)}}) {
+    for (const std::vector<SwimLane> &stored : {std::vector<SwimLane>(), {aSwimLane(u"Home"_s)}}) {
         store().saveSwimLaneConfiguration(stored);
         m_store->reopen();
         const std::vector<SwimLane> lanes = swimLanes()->swimLanes();
@@ -182,7 +165,7 @@ void TestBoardShape::theDefaultSwimLaneKeepsItsRole()
     renamed.name = u"Everything"_s;
     renamed.stableId = u"swimlane_other"_s;
     manager->updateSwimLane(renamed);
-    SwimLane second = newSwimLane(u"Second"_s);
+    SwimLane second = aSwimLane(u"Second"_s);
     second.stableId = DefaultSwimLaneStableId.toString();
     manager->addSwimLane(second);
 
@@ -195,8 +178,8 @@ void TestBoardShape::theDefaultSwimLaneKeepsItsRole()
 void TestBoardShape::aChangeOfSwimLanesIsToldOnTheNextTurn()
 {
     const auto manager = swimLanes();
-    manager->addSwimLane(newSwimLane(u"A"_s));
-    manager->addSwimLane(newSwimLane(u"B"_s));
+    manager->addSwimLane(aSwimLane(u"A"_s));
+    manager->addSwimLane(aSwimLane(u"B"_s));
     m_store->clock.advance(0.0);
     std::vector<QVariant> posted;
     m_notifications.observe(notifications::BoardStateChanged, manager.get(),

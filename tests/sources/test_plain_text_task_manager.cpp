@@ -20,10 +20,7 @@ namespace {
 
 Column column(const QString &name, ColumnType type, int position)
 {
-    Column column;
-    column.id = ColumnId::create();
-    column.name = name;
-    column.type = type;
+    Column column = aColumn(name, type);
     column.position = position;
     column.stableId = u"stable_"_s + name;
     return column;
@@ -31,20 +28,14 @@ Column column(const QString &name, ColumnType type, int position)
 
 SwimLane lane(const QString &stableId)
 {
-    SwimLane lane;
-    lane.id = SwimLaneId::create();
-    lane.name = stableId;
+    SwimLane lane = aSwimLane(stableId);
     lane.stableId = stableId;
     return lane;
 }
 
 PlainTextRecord record(const QString &id, const QString &name = u"Stored"_s)
 {
-    PlainTextRecord record;
-    record.fields.id = id;
-    record.fields.name = name;
-    record.fields.creationDate = Date(800000000.0);
-    return record;
+    return aPlainTextRecord(name, id);
 }
 
 NewTask named(const QString &name)
@@ -239,22 +230,17 @@ private Q_SLOTS:
         QVERIFY(storedRow(u"plaintext-1"_s)->fields.completionDate == firstSeen);
     }
 
-    void aStoreThatCannotBeReadIsAFailureAndNotEmpty_data()
-    {
-        QTest::addColumn<QString>("lostTable");
-        QTest::newRow("rows") << u"plainTextTasks"_s;
-        QTest::newRow("places") << u"taskPositions"_s;
-    }
-
     void aStoreThatCannotBeReadIsAFailureAndNotEmpty()
     {
-        QFETCH(QString, lostTable);
-        m->store->savePlainTextTask(record(u"plaintext-1"_s));
-        fetch();
-        QVERIFY(RawDatabase(m->store.databasePath()).run(u"DROP TABLE "_s + lostTable));
+        for (const QString &lostTable : {u"plainTextTasks"_s, u"taskPositions"_s}) {
+            m = std::make_unique<Setting>();
+            m->store->savePlainTextTask(record(u"plaintext-1"_s));
+            fetch();
+            QVERIFY(RawDatabase(m->store.databasePath()).run(u"DROP TABLE "_s + lostTable));
 
-        QVERIFY_THROWS_EXCEPTION(SourceError, fetch());
-        QCOMPARE(m->source.loadedTasks().size(), 1u);
+            QVERIFY_THROWS_EXCEPTION(SourceError, fetch());
+            QCOMPARE(m->source.loadedTasks().size(), 1u);
+        }
     }
 
     void editsMadeDuringAFetchAreKept()
@@ -431,15 +417,7 @@ private:
     QString create(const QString &name) { return await(m->source.createTask(named(name))); }
 
     WorkItems fetch() { return await(m->source.fetchTasks()); }
-    std::optional<PersistentTaskPosition> placeOf(const QString &taskId)
-    {
-        for (const PersistentTaskPosition &place : m->store->loadAllTaskPositions()) {
-            if (place.id == taskId) {
-                return place;
-            }
-        }
-        return std::nullopt;
-    }
+    std::optional<PersistentTaskPosition> placeOf(const QString &taskId) { return m->store.position(taskId); }
 
     std::optional<PlainTextRecord> storedRow(const QString &taskId)
     {

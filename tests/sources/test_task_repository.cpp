@@ -286,28 +286,23 @@ private Q_SLOTS:
         QCOMPARE(taskIds(repository.cachedTasks()), *forced->ids);
     }
 
-    void whatWasInvalidatedMeanwhileIsAskedForAgain_data()
-    {
-        QTest::addColumn<bool>("isAskedAtOnce");
-        QTest::newRow("while the fetch still runs") << true;
-        QTest::newRow("after it") << false;
-    }
-
+    /** While the fetch still runs, and after it. */
     void whatWasInvalidatedMeanwhileIsAskedForAgain()
     {
-        QFETCH(bool, isAskedAtOnce);
-        repositoryOf(OwnOnly);
-        m->plainText.fetches.giveAfter(1.0, tasks({u"plaintext-1"_s}));
-        m->plainText.fetches.give(tasks({u"plaintext-2"_s}));
+        for (const bool isAskedAtOnce : {true, false}) {
+            repositoryOf(OwnOnly);
+            m->plainText.fetches.giveAfter(1.0, tasks({u"plaintext-1"_s}));
+            m->plainText.fetches.give(tasks({u"plaintext-2"_s}));
 
-        const auto running = startFetch();
-        m->notifications.post(notifications::TaskSourceConfigurationChanged);
-        auto later = isAskedAtOnce ? startFetch() : nullptr;
-        m->clock.advance(1.0);
-        later = later ? later : startFetch();
+            const auto running = startFetch();
+            m->notifications.post(notifications::TaskSourceConfigurationChanged);
+            auto later = isAskedAtOnce ? startFetch() : nullptr;
+            m->clock.advance(1.0);
+            later = later ? later : startFetch();
 
-        QCOMPARE(running->ids, QStringList(u"plaintext-1"_s));
-        QCOMPARE(later->ids, QStringList(u"plaintext-2"_s));
+            QCOMPARE(running->ids, QStringList(u"plaintext-1"_s));
+            QCOMPARE(later->ids, QStringList(u"plaintext-2"_s));
+        }
     }
 
     void anEmptyAnswerOfAnOutsideSourceIsBelievedTheSecondTime()

@@ -36,6 +36,16 @@ inline WorkItemPtr makeTask(const QString &id, const QString &name = QStringLite
     return std::make_shared<BaseWorkItem>(std::move(fields));
 }
 
+/** One task for each word: "a b c". */
+inline WorkItems makeTasks(const QString &ids)
+{
+    WorkItems tasks;
+    for (const QString &id : ids.split(u' ', Qt::SkipEmptyParts)) {
+        tasks.push_back(makeTask(id));
+    }
+    return tasks;
+}
+
 inline QStringList taskIds(const WorkItems &tasks)
 {
     QStringList ids;

@@ -33,6 +33,15 @@ public:
         m_persistence = std::make_unique<PersistenceManager>(config, defaults, saver, clock, m_vfsName);
     }
 
+    /** The stored row of a task, if it has one. */
+    std::optional<PersistentTaskPosition> position(const QString &taskId)
+    {
+        for (const PersistentTaskPosition &row : m_persistence->loadAllTaskPositions()) {
+            if (row.id == taskId) return row;
+        }
+        return std::nullopt;
+    }
+
     QTemporaryDir directory;
     AppConfig config{AppEnvironment::Testing, directory.path()};
     FileCalls calls;
