@@ -100,11 +100,7 @@ void TestBoard::organize(const WorkItems &tasks, TaskSources answered)
 
 QString TestBoard::cell(ColumnId column, std::optional<SwimLaneId> swimLane) const
 {
-    QStringList ids;
-    for (const WorkItemPtr &task : m_board->cell(swimLane.value_or(first()), column)) {
-        ids.append(task->id());
-    }
-    return ids.join(u' ');
+    return taskIds(m_board->cell(swimLane.value_or(first()), column)).join(u' ');
 }
 
 QString TestBoard::numbers(ColumnId column) const
@@ -133,16 +129,6 @@ QString TestBoard::storedIds()
     }
     ids.sort();
     return ids.join(u' ');
-}
-
-std::optional<PersistentTaskPosition> TestBoard::storedRow(const QString &id)
-{
-    for (const PersistentTaskPosition &row : store->loadAllTaskPositions()) {
-        if (row.id == id) {
-            return row;
-        }
-    }
-    return std::nullopt;
 }
 
 void TestBoard::storeCell(ColumnId column, const QStringList &ids)

@@ -58,7 +58,7 @@ public:
     QString storedCell(ColumnId column, std::optional<SwimLaneId> swimLane = {});
     /** All ids with a row, sorted. */
     QString storedIds();
-    std::optional<PersistentTaskPosition> storedRow(const QString &id);
+    std::optional<PersistentTaskPosition> storedRow(const QString &id) { return store.position(id); }
     /** Stores the ids as a cell of the first swimlane, numbered from 0. */
     void storeCell(ColumnId column, const QStringList &ids);
     /** Numbers as they are in memory: "a:0 b:1". */

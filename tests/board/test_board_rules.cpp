@@ -45,7 +45,6 @@ class TestBoardRules : public QObject
 
 private Q_SLOTS:
     void columnsFollowTheOrderOfTheirTypes();
-    void anElementMovesToTheIndexAfterItsRemoval();
     void aLimitIsExceededByOneMore();
     void theGaugeFollowsItsThresholds();
     void aThresholdIsCrossedBothWays();
@@ -80,21 +79,6 @@ void TestBoardRules::columnsFollowTheOrderOfTheirTypes()
                            Row{u"qqc"_s, ColumnType::Active, 2}, Row{u"c"_s, ColumnType::Active, 0},
                            Row{u"qa"_s, ColumnType::Completed, 2}, Row{u""_s, ColumnType::Completed, 0}}) {
         QVERIFY2(insertionIndex(columnsOf(row.board), row.type) == row.index, qPrintable(row.board));
-    }
-}
-
-void TestBoardRules::anElementMovesToTheIndexAfterItsRemoval()
-{
-    const auto moved = [](int from, int to) {
-        std::vector<int> list{0, 1, 2, 3};
-        moveElement(list, from, to);
-        return list;
-    };
-    QCOMPARE(moved(0, 2), (std::vector{1, 2, 0, 3}));
-    QCOMPARE(moved(3, 1), (std::vector{0, 3, 1, 2}));
-    QCOMPARE(moved(1, 1), (std::vector{0, 1, 2, 3}));
-    for (const auto &[from, to] : {std::pair(-1, 0), {0, -1}, {4, 0}, {0, 4}}) {
-        QVERIFY(!canMoveElement(std::vector{0, 1, 2, 3}, from, to));
     }
 }
 

@@ -71,7 +71,6 @@ private Q_SLOTS:
     void aPlainTextTaskIsStoredAsItIsCompletedAndReopened();
     void completionIsJournaledAndEndsTheQuadrant();
     void anEditedGenericTaskIsStored();
-    void everyClassHasItsSource();
     void aRefusedPermissionIsTriedOnceMore();
 
     void aBlockIsStoredWithItsReason();
@@ -217,20 +216,6 @@ void TestEdits::anEditedGenericTaskIsStored()
     QCOMPARE(stored[0].fields.name, u"New name"_s);
     QVERIFY(stored[0].fields.isFlagged);
     QCOMPARE(stored[0].fields.modificationDate, m_board->store.clock.now());
-}
-
-void TestEdits::everyClassHasItsSource()
-{
-    const BoardState &board = **m_board;
-    QCOMPARE(&board.getTaskManager(*board.task(OmniFocusId)), &m_board->omniFocus);
-    QCOMPARE(&board.getTaskManager(*board.task(ReminderId)), &m_board->reminders);
-    QCOMPARE(board.getTaskManager(*board.task(PlainTextId)).taskManagerName(), u"Plain Text"_s);
-    try {
-        board.getTaskManager(*board.task(GenericId));
-        QFAIL("a generic task has no source");
-    } catch (const TaskManagerError &error) {
-        QCOMPARE(error.message(), u"No task manager available for WorkItem type: BaseWorkItem"_s);
-    }
 }
 
 void TestEdits::aRefusedPermissionIsTriedOnceMore()

@@ -14,15 +14,6 @@ namespace vantrel::test {
 
 namespace {
 
-WorkItems makeTasks(const QString &ids)
-{
-    WorkItems tasks;
-    for (const QString &id : ids.split(u' ', Qt::SkipEmptyParts)) {
-        tasks.push_back(makeTask(id));
-    }
-    return tasks;
-}
-
 /** A board whose only source is the test's OmniFocus. */
 struct LoadingBoard : TestBoard
 {
@@ -169,11 +160,7 @@ void TestLoading::allTasksComeInTheOrderOfTheBoard()
     board->moveTaskWithoutTellingSource(board->task(u"e"_s), board.done());
     board->moveTaskWithoutTellingSource(board->task(u"b"_s), board.done());
 
-    QStringList ids;
-    for (const WorkItemPtr &task : board->getAllTasks()) {
-        ids.append(task->id());
-    }
-    QCOMPARE(ids, QStringList({u"d"_s, u"c"_s, u"a"_s, u"b"_s}));
+    QCOMPARE(taskIds(board->getAllTasks()), QStringList({u"d"_s, u"c"_s, u"a"_s, u"b"_s}));
 }
 
 void TestLoading::aBurstOfChangesIsToldOnce()

@@ -11,19 +11,6 @@ using namespace Qt::StringLiterals;
 
 namespace vantrel::test {
 
-namespace {
-
-WorkItems makeTasks(int count)
-{
-    WorkItems tasks;
-    for (int i = 0; i < count; ++i) {
-        tasks.push_back(makeTask(u"t"_s + QString::number(i)));
-    }
-    return tasks;
-}
-
-} // namespace
-
 /** What the board counts, isolates, focuses and enlarges. */
 class TestMeasures : public QObject
 {
@@ -64,7 +51,7 @@ private:
 
 void TestMeasures::theGaugeCountsOpenWorkInOpenColumns()
 {
-    m_board->organize(makeTasks(6));
+    m_board->organize(makeTasks(u"t0 t1 t2 t3 t4 t5"_s));
     move(u"t0"_s, m_board->doing());
     move(u"t1"_s, m_board->doing(), m_board->second());
     board().moveTaskWithoutTellingSource(board().task(u"t2"_s), m_board->done());
@@ -90,7 +77,7 @@ void TestMeasures::anOverloadIsToldAndShownButNoMoveIsBlamed()
     m_board->notifications.observe(
         notifications::WIPThresholdChanged, &board(),
         [&told](const Notification &notification) { told.push_back(notification.userInfo); });
-    m_board->organize(makeTasks(3));
+    m_board->organize(makeTasks(u"t0 t1 t2"_s));
     board().wipGaugeSettings().setIncludeQueueColumns(false);
     board().wipGaugeSettings().setMaxThreshold(1);
 
@@ -116,7 +103,7 @@ void TestMeasures::anOverloadIsToldAndShownButNoMoveIsBlamed()
 void TestMeasures::aSwimLanesShareIsOfAllOpenWork()
 {
     QCOMPARE(share(m_board->first()), u"0 0%"_s);
-    m_board->organize(makeTasks(9));
+    m_board->organize(makeTasks(u"t0 t1 t2 t3 t4 t5 t6 t7 t8"_s));
     for (const QString &id : {u"t0"_s, u"t1"_s, u"t2"_s}) {
         move(id, m_board->todo(), m_board->second());
     }

@@ -76,7 +76,6 @@ private Q_SLOTS:
     void movingBackWhileTheSourceIsToldWins();
     void aTaskReplacedMeanwhileStaysReplaced();
     void theSwimLaneMenuIsSilent();
-    void aDirectMoveNeedsItsColumn();
     void directMovesDoNotPileUp();
     void removingATaskForgetsAllOfIt();
 };
@@ -361,33 +360,6 @@ void TestMoves::theSwimLaneMenuIsSilent()
     QCOMPARE(board.storedCell(board.todo(), board.second()), u"b:0"_s);
     QVERIFY(moved.objects.isEmpty());
     QVERIFY(board.desktop.sounds.played.empty());
-}
-
-void TestMoves::aDirectMoveNeedsItsColumn()
-{
-    FourTasks board;
-    const auto post = [&board](const QVariantMap &info) {
-        board.advance(0.2);
-        board.notifications.post(notifications::TaskDirectMoveRequested, {}, info);
-        return board->didActOnLastDirectMove();
-    };
-    const QVariantMap whole{{u"task"_s, u"b"_s}, {u"columnId"_s, board.todo().text()}, {u"position"_s, 2}};
-    for (const auto &[key, value] : {std::pair(u"columnId"_s, QVariant(board.doing().text())),
-                                     {u"columnId"_s, QVariant()},
-                                     {u"position"_s, QVariant()},
-                                     {u"task"_s, QVariant(u"x"_s)}}) {
-        QVariantMap info = whole;
-        info.insert(key, value);
-        if (!value.isValid()) {
-            info.remove(key);
-        }
-        QVERIFY2(!post(info), qPrintable(key));
-        QCOMPARE(board.cell(board.todo()), u"a b c d"_s);
-    }
-    QVERIFY(post(whole));
-    QCOMPARE(board.cell(board.todo()), u"a c b d"_s);
-    board.settle();
-    QCOMPARE(board.storedCell(board.todo()), u"a:0 c:1 b:2 d:3"_s);
 }
 
 /** A key held down: what is dropped must not be announced as done. */

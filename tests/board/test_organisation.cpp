@@ -16,15 +16,6 @@ namespace vantrel::test {
 
 namespace {
 
-WorkItems makeTasks(const QString &ids)
-{
-    WorkItems tasks;
-    for (const QString &id : ids.split(u' ')) {
-        tasks.push_back(makeTask(id));
-    }
-    return tasks;
-}
-
 WorkItemPtr makeReminder(const QString &id)
 {
     WorkItemFields fields;
@@ -145,9 +136,7 @@ void TestOrganisation::aCardWhoseRowIsHealedMayBeMovedMeanwhile()
 void TestOrganisation::aColumnRemovedDuringARefreshTakesNoTask()
 {
     TestBoard board;
-    Column inbox;
-    inbox.id = ColumnId::create();
-    inbox.name = u"Inbox"_s;
+    const Column inbox = aColumn(u"Inbox"_s, ColumnType::Queue);
     board->addColumn(inbox);
     const ColumnId todo = board.todo();
     board.organize(makeTasks(u"a b"_s));

@@ -1,7 +1,6 @@
 #include "TestBoard.h"
 #include "foundations/Log.h"
 #include "foundations/NotificationNames.h"
-#include "support/Builders.h"
 #include "support/TestRegistry.h"
 
 #include <QSignalSpy>
@@ -10,19 +9,6 @@
 using namespace Qt::StringLiterals;
 
 namespace vantrel::test {
-
-namespace {
-
-WorkItems makeTasks(const QString &ids)
-{
-    WorkItems tasks;
-    for (const QString &id : ids.split(u' ')) {
-        tasks.push_back(makeTask(id));
-    }
-    return tasks;
-}
-
-} // namespace
 
 /** Columns and swimlanes that change or go away under their tasks. */
 class TestReshaping : public QObject

@@ -1,6 +1,7 @@
 #include "foundations/Log.h"
 #include "support/Await.h"
 #include "support/StoreScript.h"
+#include "support/TestFiles.h"
 #include "support/TestRegistry.h"
 #include "support/TestStore.h"
 
@@ -14,22 +15,6 @@ namespace vantrel::test {
 
 using namespace Qt::StringLiterals;
 using Kind = StorageProblem::Kind;
-
-namespace {
-
-QByteArray contentOf(const QString &path)
-{
-    QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray("absent");
-}
-
-void writeFile(const QString &path, const QByteArray &content)
-{
-    QFile file(path);
-    QVERIFY(file.open(QIODevice::WriteOnly) && file.write(content) == content.size());
-}
-
-} // namespace
 
 /** A file or folder that is not what it should be when the program starts. */
 class TestDamagedStores : public QObject

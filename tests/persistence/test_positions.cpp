@@ -85,10 +85,7 @@ private:
     }
     PersistentTaskPosition stored(const QString &task)
     {
-        for (const PersistentTaskPosition &row : store().loadAllTaskPositions()) {
-            if (row.id == task) return row;
-        }
-        return {};
+        return m_store->position(task).value_or(PersistentTaskPosition());
     }
 
     std::unique_ptr<LogWriter> m_log;

@@ -3,6 +3,7 @@
 #include "support/FaultyVfs.h"
 #include "support/RawDatabase.h"
 #include "support/StoreScript.h"
+#include "support/TestFiles.h"
 #include "support/TestRegistry.h"
 #include "support/TestStore.h"
 
@@ -39,8 +40,7 @@ public:
             QFile::remove(m_store.config.filePath(name));
         }
         for (auto file = image.constBegin(); file != image.constEnd(); ++file) {
-            QFile written(m_store.config.filePath(file.key()));
-            QVERIFY(written.open(QIODevice::WriteOnly) && written.write(file.value()) == file.value().size());
+            writeFile(m_store.config.filePath(file.key()), file.value());
         }
         m_store.open();
         const ScriptedState found = ScriptedState::stored(*m_store);

@@ -95,16 +95,6 @@ private Q_SLOTS:
         QCOMPARE(screen.said().filter(u"Moved task up"_s).size(), 1);
     }
 
-    void theKeysToCompleteCanBeSwitchedOff()
-    {
-        BoardScreen screen(Cells);
-        screen.store.defaults.set(keys::EnableCmdShiftEnterToComplete, false);
-        screen.select({u"a"_s});
-        screen.notifications.post(CmdShiftEnterToCompleteRequested);
-        screen.settle();
-        QCOMPARE(placeOf(screen, u"a"_s), u"1:0"_s);
-    }
-
     void aBlockIsToggled()
     {
         BoardScreen screen(Cells);

@@ -205,10 +205,7 @@ private Q_SLOTS:
         BoardScreen screen({{u"0"_s, u"a"_s}, {u"20"_s, u"b"_s}});
         Told columns(*screen.view.columns());
         Told lanes(*screen.view.swimLanes());
-        Column review;
-        review.id = ColumnId::create();
-        review.name = u"Review"_s;
-        review.type = ColumnType::Active;
+        const Column review = aColumn(u"Review"_s);
         screen->addColumn(review);
         screen.settle();
         QCOMPARE(column(screen, 2).name, u"Review"_s);

@@ -118,33 +118,17 @@ private Q_SLOTS:
         QTest::addColumn<QString>("name");
         QTest::addColumn<QString>("alert");
         QTest::addColumn<QString>("edited");
-        QTest::newRow("done") << " New  "
-                              << "yes"
-                              << "New"
-                              << ""
-                              << "";
-        QTest::newRow("unknown there")
-            << "New"
-            << "no"
-            << "Task a"
-            << "The task could not be found where it comes from. Refresh the board and "
-               "try again."
-            << "a";
-        QTest::newRow("failed") << "New"
-                                << "no access"
-                                << "Task a"
-                                << "no access"
-                                << "a";
-        QTest::newRow("blank is refused") << " "
-                                          << ""
-                                          << "Task a"
-                                          << ""
-                                          << "a";
-        QTest::newRow("as it was") << "Task a "
-                                   << ""
-                                   << "Task a"
-                                   << ""
-                                   << "";
+        const auto row = [](const char *name, const QString &typed, const QString &answer,
+                            const QString &after, const QString &alert, const QString &edited) {
+            QTest::newRow(name) << typed << answer << after << alert << edited;
+        };
+        const QString unknown =
+            u"The task could not be found where it comes from. Refresh the board and try again."_s;
+        row("done", u" New  "_s, u"yes"_s, u"New"_s, {}, {});
+        row("unknown there", u"New"_s, u"no"_s, u"Task a"_s, unknown, u"a"_s);
+        row("failed", u"New"_s, u"no access"_s, u"Task a"_s, u"no access"_s, u"a"_s);
+        row("blank is refused", u" "_s, {}, u"Task a"_s, {}, u"a"_s);
+        row("as it was", u"Task a "_s, {}, u"Task a"_s, {}, {});
     }
 
     void aNameIsChangedInItsSourceFirst()

@@ -271,14 +271,6 @@ private Q_SLOTS:
             QCOMPARE(loop.list->currentViewMode() == mode.mode, isOffered);
         }
     }
-
-    void theButtonsSaySo()
-    {
-        MainLoop loop(OnlyOmniFocus);
-        loop.list->retry();
-        loop.list->refresh();
-        QCOMPARE(loop.announcer.history(), (QStringList{u"Retrying to load tasks"_s, u"Refreshing tasks"_s}));
-    }
 };
 
 VANTREL_REGISTER_TEST(TestTaskListViewModel)
