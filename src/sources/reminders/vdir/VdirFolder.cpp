@@ -10,6 +10,7 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <future>
 
 #include <unistd.h>
 
@@ -176,9 +177,15 @@ void VdirFolder::takeLists(const Survey &survey, News &news)
 
 void VdirFolder::takeCache(const std::vector<CachedFile> &cache)
 {
+    std::vector<std::optional<std::vector<Reminder>>> decoded(cache.size());
+    onTwoThreads(cache.size(), [&cache, &decoded](std::size_t place) {
+        decoded[place] = decodeReminders(cache[place].content);
+    });
     QByteArrayView folder;
     auto list = m_lists.end();
-    for (const CachedFile &cached : cache) {
+    for (std::size_t place = 0; place < cache.size(); ++place) {
+        const CachedFile &cached = cache[place];
+        std::optional<std::vector<Reminder>> &reminders = decoded[place];
         const qsizetype slash = cached.path.lastIndexOf('/');
         const QByteArrayView own = QByteArrayView(cached.path).first(std::max<qsizetype>(slash, 0));
         // The cache is sorted: mostly it is the list of the file before.
@@ -186,7 +193,6 @@ void VdirFolder::takeCache(const std::vector<CachedFile> &cache)
             folder = own;
             list = m_lists.find(own.toByteArray());
         }
-        auto reminders = decodeReminders(cached.content);
         if (list == m_lists.end() || !reminders) {
             continue;
         }
@@ -350,9 +356,16 @@ QString VdirFolder::identifierOf(const Reminder &reminder, const QByteArray &fol
 
 std::vector<Reminder> VdirFolder::reminders(const ReminderPredicate &predicate)
 {
-    places();
+    // Both this and the search below only read the lists.
+    std::future<void> placing;
+    if (!m_arePlacesKnown) {
+        placing = std::async([this] { places(); });
+    }
     struct Found
     {
+        // Beside each other: thousands are sorted by them.
+        std::optional<Date> created;
+        QStringView identifier;
         const Reminder *reminder;
         const QByteArray *name;
         const QByteArray *folder;
@@ -365,15 +378,19 @@ std::vector<Reminder> VdirFolder::reminders(const ReminderPredicate &predicate)
                 const Date completed = reminder.completionDate.value_or(Date());
                 if (reminder.isCompleted == predicate.isCompleted &&
                     (!predicate.isCompleted || (completed >= predicate.from && completed <= predicate.to))) {
-                    found.push_back({&reminder, &file.key(), &folder, &list});
+                    found.push_back(
+                        {reminder.creationDate, reminder.identifier, &reminder, &file.key(), &folder, &list});
                 }
             }
         }
     }
     std::sort(found.begin(), found.end(), [](const Found &a, const Found &b) {
-        return std::tie(a.reminder->creationDate, a.reminder->identifier, *a.folder, *a.name) <
-               std::tie(b.reminder->creationDate, b.reminder->identifier, *b.folder, *b.name);
+        return std::tie(a.created, a.identifier, *a.folder, *a.name) <
+               std::tie(b.created, b.identifier, *b.folder, *b.name);
     });
+    if (placing.valid()) {
+        placing.get();
+    }
     std::vector<Reminder> reminders;
     reminders.reserve(found.size());
     for (const Found &one : found) {
