@@ -12,6 +12,16 @@ WorkItemPtr Placements::task(const QString &id) const
 
 int Placements::incompleteTaskCount() const
 {
+    int count = 0;
+    size_t shownCount = 0;
+    for (Cell &cell : m_cells) {
+        putInOrder(cell);
+        shownCount += cell.items.size();
+        count += incompleteCount(cell);
+    }
+    if (shownCount == m_arrival.size()) {
+        return count;
+    }
     return static_cast<int>(std::count_if(m_arrival.begin(), m_arrival.end(), [this](SlotIndex index) {
         return !m_slots[index].task->isComplete();
     }));
@@ -251,13 +261,22 @@ qsizetype Placements::size(CellId cell) const
 
 int Placements::incompleteCount(CellId cell) const
 {
-    const Cell *found = ordered(cell);
-    if (!found) {
-        return 0;
+    Cell *found = ordered(cell);
+    return found ? incompleteCount(*found) : 0;
+}
+
+/** Of a cell in order. */
+int Placements::incompleteCount(Cell &cell) const
+{
+    if (cell.countedRevision != cell.revision || cell.countedRound != m_round) {
+        cell.countedRevision = cell.revision;
+        cell.countedRound = m_round;
+        cell.incompleteCount =
+            static_cast<int>(std::count_if(cell.items.begin(), cell.items.end(), [this](const Item &item) {
+                return !m_slots[item.slot].task->isComplete();
+            }));
     }
-    return static_cast<int>(std::count_if(found->items.begin(), found->items.end(), [this](const Item &item) {
-        return !m_slots[item.slot].task->isComplete();
-    }));
+    return cell.incompleteCount;
 }
 
 qsizetype Placements::indexInCell(const QString &taskId) const
@@ -369,21 +388,22 @@ bool Placements::isCurrent(const Item &item) const
     return slot.hasItem;
 }
 
-const Placements::Cell *Placements::ordered(CellId cell) const
+Placements::Cell *Placements::ordered(CellId cell) const
 {
     const auto found = m_cells.find(cell);
     if (found == m_cells.end()) {
         return nullptr;
     }
-    if (found->isDirty) {
-        putInOrder(*found);
-    }
+    putInOrder(*found);
     return &*found;
 }
 
 /** Drops what is out of date, sorts what was added and merges it into what was in order already. */
 void Placements::putInOrder(Cell &cell) const
 {
+    if (!cell.isDirty) {
+        return;
+    }
     const auto isStale = [this](const Item &item) {
         return !isCurrent(item);
     };

@@ -92,7 +92,7 @@ public:
     /** The places of a cell in their order. */
     std::vector<TaskPosition> placesIn(CellId cell) const;
     qsizetype size(CellId cell) const;
-    /** How many tasks of a cell are still to be done. */
+    /** How many tasks of a cell are still to be done; counted anew only after a change. */
     int incompleteCount(CellId cell) const;
     /** The task's index in the cell that shows it; -1 if none does. */
     qsizetype indexInCell(const QString &taskId) const;
@@ -142,6 +142,10 @@ private:
         size_t sortedCount = 0;
         quint64 revision = 0;
         bool isDirty = false;
+        int incompleteCount = 0;
+        /** The revision and the round for which the count holds. */
+        quint64 countedRevision = 0;
+        quint32 countedRound = 0;
     };
 
     SlotIndex slotFor(const QString &id);
@@ -155,7 +159,8 @@ private:
     void markDirty(Cell &cell);
     bool isCurrent(const Item &item) const;
     /** The cell, in order; nullptr if it never held a task. */
-    const Cell *ordered(CellId cell) const;
+    Cell *ordered(CellId cell) const;
+    int incompleteCount(Cell &cell) const;
     void putInOrder(Cell &cell) const;
 
     QHash<QString, SlotIndex> m_index;
@@ -170,6 +175,7 @@ private:
     qint64 m_firstRank = 0;
     qint64 m_lastRank = 0;
     quint64 m_lastRevision = 0;
+    /** Grows when all tasks are given anew: their sources may have changed them in place. */
     quint32 m_round = 0;
 };
 

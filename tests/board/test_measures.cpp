@@ -61,7 +61,7 @@ void TestMeasures::theGaugeCountsOpenWorkInOpenColumns()
     board().wipGaugeSettings().setIncludeQueueColumns(false);
     QCOMPARE(board().calculateTotalWIP(), 2);
 
-    board().task(u"t0"_s)->setComplete(true);
+    board().updateTaskCompletionStatus(u"t0"_s, true);
     board().task(u"t1"_s)->setBlocked(true);
     QCOMPARE(board().calculateColumnTaskCount(m_board->doing()), 1);
     board().wipGaugeSettings().setWarnThreshold(1);

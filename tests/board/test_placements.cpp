@@ -28,6 +28,12 @@ QString idsOf(const WorkItems &tasks)
     return ids.join(u' ');
 }
 
+int incompleteAmong(const WorkItems &tasks)
+{
+    return static_cast<int>(std::count_if(tasks.begin(), tasks.end(),
+                                          [](const WorkItemPtr &task) { return !task->isComplete(); }));
+}
+
 /** Places with one task for each word, in one cell, numbered from 0. */
 Placements rowOf(const QString &ids)
 {
@@ -157,7 +163,7 @@ void TestPlacements::onlyWhatChangedHasANewRevision()
     QVERIFY(revisions().second > then.second);
 }
 
-/** Against a model that sorts everything each time. */
+/** Against a model that sorts and counts everything each time. */
 void TestPlacements::cellsStayTrueUnderAnyChanges()
 {
     struct Place
@@ -174,7 +180,14 @@ void TestPlacements::cellsStayTrueUnderAnyChanges()
     for (int step = 1; step <= 4000; ++step) {
         const QString id = u"t%1"_s.arg(random.bounded(40));
         const CellId cell = cells.at(static_cast<size_t>(random.bounded(3)));
-        switch (random.bounded(8)) {
+        switch (random.bounded(10)) {
+        case 8:
+        case 9:
+            if (const WorkItemPtr task = placements.task(id)) {
+                task->setComplete(!task->isComplete());
+                placements.markChanged(id);
+            }
+            break;
         case 0:
             placements.removeTask(id);
             tasks.remove(id);
@@ -199,6 +212,14 @@ void TestPlacements::cellsStayTrueUnderAnyChanges()
         if (random.bounded(3) > 0) {
             continue;
         }
+        if (random.bounded(50) == 0) {
+            // A source that reads its tasks anew changes those it has given before.
+            for (const WorkItemPtr &task : placements.tasks())
+                task->setComplete(random.bounded(2) == 0);
+            placements.replaceTasks(placements.tasks());
+        }
+        QCOMPARE(placements.incompleteTaskCount(), incompleteAmong(placements.tasks()));
+        QCOMPARE(placements.incompleteCount(cell), incompleteAmong(placements.cell(cell)));
         std::vector<std::tuple<int, int, QString>> expected;
         for (const auto &[taskId, place] : model) {
             if (place.cell == cell && tasks.contains(taskId)) {
