@@ -128,6 +128,8 @@ QByteArray encodeReminders(const std::vector<Reminder> &reminders)
         head.identifierLength = static_cast<qint32>(identifier.size());
         head.titleLength = reminder.title ? static_cast<qint32>(title.size()) : -1;
         head.notesLength = reminder.notes ? static_cast<qint32>(notes.size()) : -1;
+        bytes.reserve(bytes.size() + static_cast<qsizetype>(sizeof(Head)) + identifier.size() + title.size() +
+                      notes.size());
         bytes.append(reinterpret_cast<const char *>(&head), sizeof(Head));
         bytes.append(identifier).append(title).append(notes);
     }

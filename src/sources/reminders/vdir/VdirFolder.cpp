@@ -42,6 +42,8 @@ struct VdirFolder::Reading
     FileStamp surveyed;
     vdir::FileContent content;
     std::optional<std::vector<Reminder>> reminders;
+    /** The reminders for the cache; empty if the file is too young to be cached. */
+    QByteArray encoded;
 };
 
 VdirFolder::VdirFolder(QString path, FileCalls &calls) : m_path(std::move(path)), m_saver(calls) {}
@@ -213,13 +215,15 @@ std::vector<VdirFolder::Reading> VdirFolder::differences(const Survey &survey, N
 {
     std::vector<Reading> readings;
     for (const Survey::List &surveyed : survey.lists) {
-        const QHash<QByteArray, File> &files = m_lists[surveyed.folder].files;
+        QHash<QByteArray, File> &files = m_lists[surveyed.folder].files;
+        files.reserve(static_cast<qsizetype>(surveyed.files.size()));
         qsizetype known = 0;
         for (const auto &[name, stamp] : surveyed.files) {
             const auto file = files.constFind(name);
             known += file != files.constEnd() ? 1 : 0;
             if (file == files.constEnd() || (file->stamp != stamp && file->edition <= survey.edition)) {
-                readings.push_back({surveyed.folder, name, filePath(surveyed.folder, name), stamp, {}, {}});
+                readings.push_back(
+                    {surveyed.folder, name, filePath(surveyed.folder, name), stamp, {}, {}, {}});
             }
         }
         if (known < files.size()) {
@@ -254,6 +258,9 @@ void VdirFolder::read(std::vector<Reading> &readings)
         if (reading.content.failure == 0 && !reading.content.isTooLarge) {
             reading.reminders = IcsTodos::read(reading.content.text, fallbackId(reading.name));
         }
+        if (reading.reminders && !reading.content.isYoung) {
+            reading.encoded = encodeReminders(*reading.reminders);
+        }
         reading.content.text.clear();
     });
 }
@@ -280,7 +287,7 @@ void VdirFolder::takeReading(Reading &reading, News &news)
         return;
     }
     news.changed.push_back({pathOf(reading.folder, reading.name), file.stamp.inode, file.stamp.size,
-                            file.stamp.modified, encodeReminders(file.reminders)});
+                            file.stamp.modified, std::move(reading.encoded)});
 }
 
 /** What the file said before stays in the index: its task does not leave the board for a file half written.
