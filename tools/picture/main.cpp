@@ -62,6 +62,9 @@ void bringAbout(const QString &state, Services &services, AppViewModel &app)
     } else if (state == u"block") {
         view.tapCard(doing.at(1)->id(), false);
         view.popover()->open(doing.at(1)->id(), KanbanCardFocus::Blocked);
+    } else if (state == u"menu") {
+        view.tapCard(doing.at(1)->id(), false);
+        view.openContextMenu(doing.at(1)->id());
     }
 }
 
@@ -205,7 +208,7 @@ int main(int argc, char *argv[])
                                   QStringLiteral("wxh"));
     const QCommandLineOption state(
         QStringLiteral("state"),
-        QStringLiteral("One of: focus, isolation, selection, block, hours, columns, hours-columns."),
+        QStringLiteral("One of: focus, isolation, selection, block, menu, hours, columns, hours-columns."),
         QStringLiteral("name"));
     const QCommandLineOption text(QStringLiteral("text"),
                                   QStringLiteral("What to type into quick entry or import, going on."),
