@@ -10,6 +10,7 @@ AppMenu {
     required property Commands commands
 
     hasSymbols: false
+    title: qsTr("All commands")
 
     Instantiator {
         model: root.commands.menus

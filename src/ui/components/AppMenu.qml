@@ -41,7 +41,11 @@ T.Menu {
             acceptedButtons: Qt.AllButtons
         }
     }
-    onAboutToShow: focusedBefore = parent?.Window.activeFocusItem ?? null
+    onAboutToShow: {
+        focusedBefore = parent?.Window.activeFocusItem ?? null;
+        // The item that a popup is for screen readers is not to be had otherwise.
+        contentItem.parent.Accessible.name = title;
+    }
     onClosed: {
         const window = focusedBefore?.Window.window;
         if (window && window.activeFocusItem === window.contentItem)
