@@ -8,8 +8,6 @@
 #include "platform/TerminationSignals.h"
 #include "viewmodels/AppViewModel.h"
 
-class QGuiApplication;
-
 namespace vantrel {
 
 /**

@@ -103,13 +103,6 @@ PlainTextTaskParser::CleanText PlainTextTaskParser::extractHashtagsAndCleanText(
     return clean;
 }
 
-int PlainTextTaskParser::countNonBlankLines(const QString &input)
-{
-    int count = 0;
-    forEachLine(input, [&](QStringView line) { count += line.trimmed().isEmpty() ? 0 : 1; });
-    return count;
-}
-
 int PlainTextTaskParser::countIgnoredLines(const QString &input)
 {
     int lineCount = 0;

@@ -45,9 +45,6 @@ public:
     /** Takes the hashtags out of `text`, with the white space before each. */
     static CleanText extractHashtagsAndCleanText(const QString &text);
 
-    /** How many lines of `input` are not blank. */
-    static int countNonBlankLines(const QString &input);
-
     /** How many lines that are not blank lie behind the last one that is read. */
     static int countIgnoredLines(const QString &input);
 };

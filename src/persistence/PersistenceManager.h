@@ -73,9 +73,6 @@ public:
     QCoro::Task<std::optional<std::vector<PersistentTaskPosition>>> readAllTaskPositions();
     /** The row of one task; nothing if it has none or cannot be read. */
     QCoro::Task<std::optional<PersistentTaskPosition>> readTaskPosition(QString taskId);
-    /** See loadTaskPositions(). */
-    QCoro::Task<std::optional<std::vector<PersistentTaskPosition>>>
-    readTaskPositions(ColumnId columnId, std::optional<SwimLaneId> swimLaneId);
     QCoro::Task<std::optional<PlainTextReading>> readPlainTextTasks(std::optional<StoreMark> since = {});
 
     // Placements.

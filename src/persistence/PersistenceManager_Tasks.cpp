@@ -88,15 +88,6 @@ QCoro::Task<std::optional<PersistentTaskPosition>> PersistenceManager::readTaskP
     return readLater(*m_store, [store = m_store.get(), taskId] { return store->positions.load(taskId); });
 }
 
-QCoro::Task<std::optional<std::vector<PersistentTaskPosition>>>
-PersistenceManager::readTaskPositions(ColumnId columnId, std::optional<SwimLaneId> swimLaneId)
-{
-    return readLater(*m_store, [store = m_store.get(), columnId, swimLaneId,
-                                filter = PlaceFilter::forCell(columnId, swimLaneId, currentStableIds())] {
-        return store->positions.loadAndRepair(filter, columnId, swimLaneId);
-    });
-}
-
 QCoro::Task<std::optional<PlainTextReading>>
 PersistenceManager::readPlainTextTasks(std::optional<StoreMark> since)
 {
