@@ -1,7 +1,8 @@
 #include "sources/reminders/vdir/VdirFiles.h"
 
 #include "sources/reminders/vdir/IcsTodos.h"
-#include "sources/reminders/vdir/TwoThreads.h"
+
+#include <QtConcurrent>
 
 #include <algorithm>
 #include <cerrno>
@@ -141,8 +142,7 @@ FolderEntries readFolder(const QByteArray &path)
     }
     result.failure = errno;
     const int descriptor = ::dirfd(folder.get());
-    onTwoThreads(entries.size(), [&entries, descriptor](std::size_t place) {
-        FolderEntries::Entry &entry = entries[place];
+    QtConcurrent::blockingMap(entries, [descriptor](FolderEntries::Entry &entry) {
         struct stat status
         {
         };

@@ -3,14 +3,13 @@
 #include "foundations/Log.h"
 #include "sources/reminders/vdir/IcsTodos.h"
 #include "sources/reminders/vdir/ReminderCodec.h"
-#include "sources/reminders/vdir/TwoThreads.h"
 #include "sources/reminders/vdir/VdirFiles.h"
 
 #include <QFile>
+#include <QtConcurrent>
 
 #include <algorithm>
 #include <cerrno>
-#include <future>
 
 #include <unistd.h>
 
@@ -179,15 +178,22 @@ void VdirFolder::takeLists(const Survey &survey, News &news)
 
 void VdirFolder::takeCache(const std::vector<CachedFile> &cache)
 {
-    std::vector<std::optional<std::vector<Reminder>>> decoded(cache.size());
-    onTwoThreads(cache.size(), [&cache, &decoded](std::size_t place) {
-        decoded[place] = decodeReminders(cache[place].content);
-    });
+    struct Decoded
+    {
+        const CachedFile *file;
+        std::optional<std::vector<Reminder>> reminders;
+    };
+    std::vector<Decoded> decoded;
+    decoded.reserve(cache.size());
+    for (const CachedFile &cached : cache) {
+        decoded.push_back({&cached, {}});
+    }
+    QtConcurrent::blockingMap(decoded,
+                              [](Decoded &one) { one.reminders = decodeReminders(one.file->content); });
     QByteArrayView folder;
     auto list = m_lists.end();
-    for (std::size_t place = 0; place < cache.size(); ++place) {
-        const CachedFile &cached = cache[place];
-        std::optional<std::vector<Reminder>> &reminders = decoded[place];
+    for (auto &[cachedFile, reminders] : decoded) {
+        const CachedFile &cached = *cachedFile;
         const qsizetype slash = cached.path.lastIndexOf('/');
         const QByteArrayView own = QByteArrayView(cached.path).first(std::max<qsizetype>(slash, 0));
         // The cache is sorted: mostly it is the list of the file before.
@@ -252,8 +258,7 @@ void VdirFolder::forgetVanished(const Survey::List &surveyed, qint64 edition, Ne
 
 void VdirFolder::read(std::vector<Reading> &readings)
 {
-    onTwoThreads(readings.size(), [&readings](std::size_t place) {
-        Reading &reading = readings[place];
+    QtConcurrent::blockingMap(readings, [](Reading &reading) {
         reading.content = vdir::readFile(reading.path);
         if (reading.content.failure == 0 && !reading.content.isTooLarge) {
             reading.reminders = IcsTodos::read(reading.content.text, fallbackId(reading.name));
@@ -364,10 +369,7 @@ QString VdirFolder::identifierOf(const Reminder &reminder, const QByteArray &fol
 std::vector<Reminder> VdirFolder::reminders(const ReminderPredicate &predicate)
 {
     // Both this and the search below only read the lists.
-    std::future<void> placing;
-    if (!m_arePlacesKnown) {
-        placing = std::async([this] { places(); });
-    }
+    QFuture<void> placing = QtConcurrent::run([this] { places(); });
     struct Found
     {
         // Beside each other: thousands are sorted by them.
@@ -395,9 +397,7 @@ std::vector<Reminder> VdirFolder::reminders(const ReminderPredicate &predicate)
         return std::tie(a.created, a.identifier, *a.folder, *a.name) <
                std::tie(b.created, b.identifier, *b.folder, *b.name);
     });
-    if (placing.valid()) {
-        placing.get();
-    }
+    placing.waitForFinished();
     std::vector<Reminder> reminders;
     reminders.reserve(found.size());
     for (const Found &one : found) {
