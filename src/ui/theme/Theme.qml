@@ -66,7 +66,7 @@ QtObject {
 
     // Shadows are painted: a few translucent rectangles, no effects.
     readonly property color shadow: dark ? "#50000000" : "#14101828"
-    readonly property color softShadow: dark ? "#1C000000" : "#07101828"
+    readonly property color softShadow: dark ? "#10000000" : "#04101828"
     readonly property color liftedShadow: dark ? "#80000000" : "#2A101828"
 
     // Type
